@@ -1,0 +1,64 @@
+#include "session/Session.h"
+
+#include "session/Clock.h"
+#include "session/ConsoleUserInteraction.h"
+#include "session/FileErrorReporter.h"
+
+namespace tvrx::mdlMain {
+
+thread_local std::shared_ptr<DbConnection> MainConnection;
+thread_local std::shared_ptr<DbConnection> LookupConnection;
+thread_local std::shared_ptr<DbConnection> AlternateConnection;
+thread_local bool UseAlternateSource = false;
+thread_local std::shared_ptr<tvrx::ErrorReporter> ErrorReporter;
+thread_local std::shared_ptr<Catalogue> deMain;
+thread_local qint32 FindRefillRxInfoID = 0;
+thread_local std::shared_ptr<UserInteraction> UserService;
+thread_local std::shared_ptr<Clock> ClockService;
+
+namespace {
+
+std::function<std::shared_ptr<tvrx::ErrorReporter>()>& reporterFactory() {
+    static std::function<std::shared_ptr<tvrx::ErrorReporter>()> factory;
+    return factory;
+}
+
+}  // namespace
+
+std::shared_ptr<tvrx::ErrorReporter> createReporter() {
+    if (reporterFactory()) return reporterFactory()();
+    return std::make_shared<FileErrorReporter>();
+}
+
+void setReporterFactory(std::function<std::shared_ptr<tvrx::ErrorReporter>()> factory) {
+    reporterFactory() = std::move(factory);
+}
+
+tvrx::ErrorReporter& reporter() {
+    if (!ErrorReporter) ErrorReporter = createReporter();
+    return *ErrorReporter;
+}
+
+UserInteraction& user() {
+    if (!UserService) UserService = std::make_shared<ConsoleUserInteraction>();
+    return *UserService;
+}
+
+const Clock& clock() {
+    if (!ClockService) ClockService = std::make_shared<SystemClock>();
+    return *ClockService;
+}
+
+void resetSession() {
+    deMain.reset();
+    LookupConnection.reset();
+    AlternateConnection.reset();
+    MainConnection.reset();
+    UseAlternateSource = false;
+    ErrorReporter.reset();
+    FindRefillRxInfoID = 0;
+    UserService.reset();
+    ClockService.reset();
+}
+
+}  // namespace tvrx::mdlMain

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace tvrx {
+
+class Catalogue;
+class Clock;
+class DbConnection;
+class ErrorReporter;
+class UserInteraction;
+
+// The session state shared by every object of the library, one set per thread.
+namespace mdlMain {
+
+// The host's connection, handed in through any class's Connection property.
+extern thread_local std::shared_ptr<DbConnection> MainConnection;
+// The lookup database of reject and conflict codes, opened by ConnectLookup.
+extern thread_local std::shared_ptr<DbConnection> LookupConnection;
+// The second data source for price tables, set through Wrapper.AltConnection.
+extern thread_local std::shared_ptr<DbConnection> AlternateConnection;
+extern thread_local bool UseAlternateSource;
+extern thread_local std::shared_ptr<tvrx::ErrorReporter> ErrorReporter;
+// The data catalogue with its own connection RxDB; created on first use.
+extern thread_local std::shared_ptr<Catalogue> deMain;
+// The prescription picked in the refill finder.
+extern thread_local qint32 FindRefillRxInfoID;
+
+// The services the logic talks through; a host or a test sets them.
+extern thread_local std::shared_ptr<UserInteraction> UserService;
+extern thread_local std::shared_ptr<Clock> ClockService;
+
+// The reporter, created on first use by the reporter factory.
+tvrx::ErrorReporter& reporter();
+// A new reporter of the kind the host chose (the default writes the error log).
+std::shared_ptr<tvrx::ErrorReporter> createReporter();
+void setReporterFactory(std::function<std::shared_ptr<tvrx::ErrorReporter>()> factory);
+
+// The user-interaction service; the console one unless a host set another.
+UserInteraction& user();
+// The clock; the system's unless a host or a test set another.
+const Clock& clock();
+
+// Forgets the whole session state of this thread: connections, reporter, catalogue,
+// services. Tests call it so that no test sees what another left behind.
+void resetSession();
+
+}  // namespace mdlMain
+}  // namespace tvrx
