@@ -55,10 +55,14 @@ void Frame::handle(long number, const QString& description, const QString& sourc
         }
         switch (special.handling) {
             case OnFailure::BoxAndLeave:
-            case OnFailure::LeaveSilently: left_ = true; return;
+            case OnFailure::LeaveSilently:
+                left_ = true;
+                return;
             case OnFailure::BoxAndContinue:
-            case OnFailure::ContinueSilently: return;
-            case OnFailure::Report: break;
+            case OnFailure::ContinueSilently:
+                return;
+            case OnFailure::Report:
+                break;
         }
         break;
     }
@@ -81,8 +85,8 @@ void reportFailure(const QString& description, long number, const QString& sourc
                                         location, details, true, false, true, true);
     } catch (...) {
         // The reporter is the last resort; if it fails, say so on the console and go on.
-        std::fprintf(stderr, "%s: %ld %s (the error report itself failed)\n",
-                     qPrintable(location), number, qPrintable(description));
+        std::fprintf(stderr, "%s: %ld %s (the error report itself failed)\n", qPrintable(location),
+                     number, qPrintable(description));
     }
 }
 

@@ -3,8 +3,7 @@
 namespace tvrx::cli {
 
 Command encodeCommand() {
-    return {QStringLiteral("encode"),
-            QStringLiteral("show the claim text encodings at work"),
+    return {QStringLiteral("encode"), QStringLiteral("show the claim text encodings at work"),
             QStringLiteral("tvrx encode overpunch|overpunch-return|phone|zip|fixed ..."),
             [](const QStringList&) { return kExitFailed; }};
 }
