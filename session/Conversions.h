@@ -11,7 +11,7 @@
 //
 // Strict conversions (the "To" functions) raise a Failure: overflow 6 for a value out of
 // range, type mismatch 13 for a text that is not a number, invalid use of Null 94 for a
-// null. Everything else never fails.
+// null. Everything else never fails, except Val on a number no double can hold.
 namespace tvrx::conv {
 
 // ---- Lenient reading -------------------------------------------------------------
@@ -19,7 +19,9 @@ namespace tvrx::conv {
 // The numeric value of a text: its leading number, 0 when it has none. Blanks, tabs and
 // line feeds are skipped wherever they stand; then an optional sign, digits, at most one
 // decimal point, an optional exponent (E or D); "&H" and "&O" read hexadecimal and octal;
-// reading stops at the first other character.
+// reading stops at the first other character. It never reports anything for a text
+// without a number; it raises overflow 6 only for a number beyond a double's range
+// ("1E400") or a hexadecimal or octal literal wider than 32 bits.
 double Val(const QString& text);
 
 // ---- Strict conversions ------------------------------------------------------------

@@ -1,0 +1,465 @@
+#include "session/Conversions.h"
+
+#include "session/ErrorNumbers.h"
+#include "session/Failure.h"
+
+#include <QVarLengthArray>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace tvrx::conv {
+
+namespace {
+
+bool isDigit(char16_t c) {
+    return c >= u'0' && c <= u'9';
+}
+
+char16_t upper(char16_t c) {
+    return c >= u'a' && c <= u'z' ? c - (u'a' - u'A') : c;
+}
+
+// Value of a digit in any radix up to 36; 99 for a character that is no digit.
+int digitValue(char16_t c) {
+    if (isDigit(c)) return c - u'0';
+    const char16_t letter = upper(c);
+    if (letter >= u'A' && letter <= u'Z') return letter - u'A' + 10;
+    return 99;
+}
+
+// The numeric value of a text skips these wherever they stand; a carriage return does
+// not belong to them and ends the number.
+bool isSkippedInValue(char16_t c) {
+    return c == u' ' || c == u'\t' || c == u'\n';
+}
+
+QStringView trimBlanks(QStringView text) {
+    qsizetype first = 0;
+    qsizetype last = text.size();
+    while (first < last && text[first] == u' ') ++first;
+    while (last > first && text[last - 1] == u' ') --last;
+    return text.sliced(first, last - first);
+}
+
+struct RadixPrefix {
+    char16_t letter;
+    int radix;
+};
+
+constexpr std::array kRadixPrefixes{RadixPrefix{u'H', 16}, RadixPrefix{u'O', 8}};
+
+// A hexadecimal or octal literal is a 16-bit integer when its value fits 16 bits
+// ("&HFFFF" is -1), a 32-bit one when it fits 32 bits ("&HFFFFFFFF" is -1 too), and
+// overflows beyond.
+double signedRadixValue(quint64 value) {
+    if (value <= 0xFFFFu) return static_cast<qint16>(static_cast<quint16>(value));
+    if (value <= 0xFFFFFFFFu) return static_cast<qint32>(static_cast<quint32>(value));
+    fail(err::Overflow);
+}
+
+// Reads the number at the start of a text. The lenient form (the numeric value of a
+// text) skips blanks, tabs and line feeds anywhere; the strict form reads the text as
+// it stands and tells whether the number took all of it.
+class NumberReader {
+public:
+    NumberReader(QStringView text, bool lenient) : text_(text), lenient_(lenient) {}
+
+    void scan() {
+        if (peek() == u'&') {
+            scanRadix();
+            return;
+        }
+        scanMantissa();
+        if (found_) scanExponent();
+    }
+
+    bool foundWholeText() const { return found_ && end_ == text_.size(); }
+
+    // The value scanned, 0 when no number was found; overflow 6 beyond a double's range.
+    double value() const {
+        if (!found_) return 0;
+        if (radix_ != 0) {
+            if (radixTooWide_) fail(err::Overflow);
+            return signedRadixValue(radixValue_);
+        }
+        double result = 0;
+        const auto [ptr, ec] =
+            std::from_chars(chars_.data(), chars_.data() + chars_.size(), result);
+        if (ec == std::errc::result_out_of_range) {
+            if (magnitude_ + exponent_ > 0) fail(err::Overflow);
+            return 0;
+        }
+        return result + 0.0;  // "-0" reads as 0
+    }
+
+private:
+    char16_t peek() {
+        if (lenient_) {
+            while (pos_ < text_.size() && isSkippedInValue(text_[pos_].unicode())) ++pos_;
+        }
+        return pos_ < text_.size() ? text_[pos_].unicode() : u'\0';
+    }
+
+    void take() { ++pos_; }
+
+    void takeAsPartOfNumber() {
+        ++pos_;
+        end_ = pos_;
+        found_ = true;
+    }
+
+    void scanRadix() {
+        take();
+        const char16_t letter = upper(peek());
+        const auto prefix = std::ranges::find(kRadixPrefixes, letter, &RadixPrefix::letter);
+        if (prefix == kRadixPrefixes.end()) return;
+        take();
+        radix_ = prefix->radix;
+        for (int digit = digitValue(peek()); digit < radix_; digit = digitValue(peek())) {
+            if (!radixTooWide_) radixValue_ = radixValue_ * radix_ + digit;
+            radixTooWide_ = radixTooWide_ || radixValue_ > 0xFFFFFFFFu;
+            takeAsPartOfNumber();
+        }
+    }
+
+    void scanMantissa() {
+        const char16_t sign = peek();
+        if (sign == u'-' || sign == u'+') {
+            if (sign == u'-') chars_.append('-');
+            take();
+        }
+        bool point = false;
+        bool significant = false;
+        for (char16_t c = peek();; c = peek()) {
+            if (isDigit(c)) {
+                chars_.append(static_cast<char>(c));
+                countMagnitude(c, point, significant);
+                takeAsPartOfNumber();
+            } else if (c == u'.' && !point) {
+                chars_.append('.');
+                point = true;
+                take();
+                if (found_) end_ = pos_;
+            } else {
+                return;
+            }
+        }
+    }
+
+    // Tracks the decimal position of the first significant digit, which tells an
+    // out-of-range exponent's overflow from its underflow.
+    void countMagnitude(char16_t digit, bool point, bool& significant) {
+        significant = significant || digit != u'0';
+        if (!point && significant) {
+            ++magnitude_;
+        } else if (point && !significant) {
+            --magnitude_;
+        }
+    }
+
+    void scanExponent() {
+        const char16_t letter = upper(peek());
+        if (letter != u'E' && letter != u'D') return;
+        take();
+        const qsizetype mantissaSize = chars_.size();
+        chars_.append('e');
+        const char16_t sign = peek();
+        if (sign == u'-' || sign == u'+') {
+            chars_.append(static_cast<char>(sign));
+            take();
+        }
+        int exponent = 0;
+        bool digits = false;
+        for (char16_t c = peek(); isDigit(c); c = peek()) {
+            chars_.append(static_cast<char>(c));
+            exponent = std::min(exponent * 10 + (c - u'0'), 100000);
+            digits = true;
+            takeAsPartOfNumber();
+        }
+        if (!digits) {
+            chars_.resize(mantissaSize);
+            return;
+        }
+        exponent_ = sign == u'-' ? -exponent : exponent;
+    }
+
+    QStringView text_;
+    bool lenient_;
+    qsizetype pos_ = 0;
+    qsizetype end_ = 0;
+    bool found_ = false;
+    int radix_ = 0;
+    quint64 radixValue_ = 0;
+    bool radixTooWide_ = false;
+    QVarLengthArray<char, 64> chars_;
+    int magnitude_ = 0;
+    int exponent_ = 0;
+};
+
+// A double as at most 15 significant decimal digits: value = 0.d1d2... * 10^(exponent+1),
+// that is, `exponent` is the power of ten of the first digit. No trailing zeros; no
+// digits at all for zero.
+struct DecimalDigits {
+    std::array<char, 17> digits{};
+    int count = 0;
+    int exponent = 0;
+    bool negative = false;
+
+    char at(int index) const { return index >= 0 && index < count ? digits[index] : '0'; }
+    int integerDigits() const { return count > 0 && exponent >= 0 ? exponent + 1 : 0; }
+    int fractionDigits() const { return std::max(0, count - exponent - 1); }
+
+    void dropTrailingZeros() {
+        while (count > 0 && digits[count - 1] == '0') --count;
+    }
+};
+
+constexpr int kSignificantDigits = 15;
+
+DecimalDigits significantDigits(double value) {
+    DecimalDigits d;
+    d.negative = value < 0;
+    if (value == 0) return d;
+    std::array<char, 32> text{};
+    const auto written = std::to_chars(text.data(), text.data() + text.size(), std::fabs(value),
+                                       std::chars_format::scientific, kSignificantDigits - 1);
+    const char* p = text.data();
+    for (; p != written.ptr && *p != 'e'; ++p) {
+        if (*p != '.') d.digits[d.count++] = *p;
+    }
+    ++p;
+    if (*p == '+') ++p;
+    std::from_chars(p, written.ptr, d.exponent);
+    d.dropTrailingZeros();
+    return d;
+}
+
+// Keeps `places` decimals; a tie (and anything above it) goes away from zero.
+DecimalDigits roundedAwayFromZero(DecimalDigits d, int places) {
+    const int keep = d.exponent + 1 + places;
+    if (keep >= d.count) return d;
+    if (keep < 0) {
+        d.count = 0;
+        return d;
+    }
+    const bool up = d.digits[keep] >= '5';
+    d.count = keep;
+    if (up) {
+        int i = keep - 1;
+        while (i >= 0 && d.digits[i] == '9') --i;
+        if (i < 0) {
+            d.digits[0] = '1';
+            d.count = 1;
+            ++d.exponent;
+        } else {
+            ++d.digits[i];
+            d.count = i + 1;
+        }
+    }
+    d.dropTrailingZeros();
+    return d;
+}
+
+// The default text switches to the exponent form outside these powers of ten.
+constexpr int kSmallestFixedExponent = -4;
+constexpr int kLargestFixedExponent = kSignificantDigits - 1;
+
+char* writeFixed(char* out, const DecimalDigits& d, bool leadingZero) {
+    if (d.exponent < 0) {
+        if (leadingZero) *out++ = '0';
+        *out++ = '.';
+        out = std::fill_n(out, -d.exponent - 1, '0');
+        return std::copy_n(d.digits.data(), d.count, out);
+    }
+    for (int i = 0; i <= d.exponent; ++i) *out++ = d.at(i);
+    if (d.count > d.exponent + 1) {
+        *out++ = '.';
+        out = std::copy(d.digits.data() + d.exponent + 1, d.digits.data() + d.count, out);
+    }
+    return out;
+}
+
+char* writeScientific(char* out, const DecimalDigits& d) {
+    *out++ = d.digits[0];
+    if (d.count > 1) {
+        *out++ = '.';
+        out = std::copy(d.digits.data() + 1, d.digits.data() + d.count, out);
+    }
+    *out++ = 'E';
+    *out++ = d.exponent < 0 ? '-' : '+';
+    const int magnitude = std::abs(d.exponent);
+    if (magnitude < 10) *out++ = '0';
+    return std::to_chars(out, out + 4, magnitude).ptr;
+}
+
+// Texts of the values a double can hold but the system never computes.
+QString nonFiniteText(double value) {
+    if (std::isnan(value)) return QStringLiteral("-1.#IND");
+    return value < 0 ? QStringLiteral("-1.#INF") : QStringLiteral("1.#INF");
+}
+
+// The default text of a double; `signedStyle` gives the sign position a blank for a
+// non-negative number and drops the zero before the decimal point.
+QString defaultText(double value, bool signedStyle) {
+    if (!std::isfinite(value)) return nonFiniteText(value);
+    const DecimalDigits d = significantDigits(value);
+    std::array<char, 48> text{};
+    char* out = text.data();
+    if (d.negative) {
+        *out++ = '-';
+    } else if (signedStyle) {
+        *out++ = ' ';
+    }
+    if (d.count == 0) {
+        *out++ = '0';
+    } else if (d.exponent < kSmallestFixedExponent || d.exponent > kLargestFixedExponent) {
+        out = writeScientific(out, d);
+    } else {
+        out = writeFixed(out, d, !signedStyle);
+    }
+    return QString::fromLatin1(text.data(), out - text.data());
+}
+
+bool isPlaceholder(QChar c) {
+    return c == u'0' || c == u'#';
+}
+
+// Where a number picture keeps its digits: placeholders before and after the first
+// decimal point, and whether it shows a percentage.
+struct PictureLayout {
+    qsizetype point = 0;
+    int integerPlaces = 0;
+    int fractionPlaces = 0;
+    bool percent = false;
+};
+
+PictureLayout layoutOf(QStringView picture) {
+    PictureLayout layout;
+    layout.point = picture.indexOf(u'.');
+    if (layout.point < 0) layout.point = picture.size();
+    for (qsizetype i = 0; i < picture.size(); ++i) {
+        const QChar c = picture[i];
+        if (isPlaceholder(c)) ++(i < layout.point ? layout.integerPlaces : layout.fractionPlaces);
+        layout.percent = layout.percent || c == u'%';
+    }
+    return layout;
+}
+
+void appendIntegerPart(QString& out, QStringView picture, const PictureLayout& layout,
+                       const DecimalDigits& d) {
+    const int digits = d.integerDigits();
+    int placeholder = 0;
+    for (QChar c : picture.first(layout.point)) {
+        if (!isPlaceholder(c)) {
+            out += c;
+            continue;
+        }
+        if (placeholder == 0) {
+            for (int i = 0; i < digits - layout.integerPlaces; ++i) out += QLatin1Char(d.at(i));
+        }
+        const int fromRight = layout.integerPlaces - 1 - placeholder;
+        if (fromRight < digits) {
+            out += QLatin1Char(d.at(digits - 1 - fromRight));
+        } else if (c == u'0') {
+            out += u'0';
+        }
+        ++placeholder;
+    }
+    if (layout.integerPlaces == 0) {
+        for (int i = 0; i < digits; ++i) out += QLatin1Char(d.at(i));
+    }
+}
+
+void appendFractionPart(QString& out, QStringView picture, const PictureLayout& layout,
+                        const DecimalDigits& d) {
+    if (layout.point == picture.size()) return;
+    out += u'.';
+    const int shown = d.fractionDigits();
+    int placeholder = 0;
+    for (QChar c : picture.sliced(layout.point + 1)) {
+        if (!isPlaceholder(c)) {
+            out += c;
+            continue;
+        }
+        if (c == u'0' || placeholder < shown)
+            out += QLatin1Char(d.at(d.exponent + 1 + placeholder));
+        ++placeholder;
+    }
+}
+
+}  // namespace
+
+double Val(const QString& text) {
+    NumberReader reader(text, true);
+    reader.scan();
+    return reader.value();
+}
+
+double RoundHalfEven(double value) {
+    return std::nearbyint(value) + 0.0;
+}
+
+double WholeHundredths(double amount) {
+    return RoundHalfEven(amount * 100);
+}
+
+double WholeThousandths(double amount) {
+    return RoundHalfEven(amount * 1000);
+}
+
+double RoundCurrency(double value) {
+    return RoundHalfEven(value * 10000) / 10000;
+}
+
+QString NumberText(double value) {
+    return defaultText(value, false);
+}
+
+QString NumberTextSigned(double value) {
+    return defaultText(value, true);
+}
+
+QString PlainNumber(double value) {
+    return NumberText(value);
+}
+
+QString NumberTextRTrimmed(double value) {
+    return RTrim(NumberTextSigned(value));
+}
+
+QString Format(double value, const QString& picture) {
+    if (picture.isEmpty() || !std::isfinite(value)) return NumberText(value);
+    const PictureLayout layout = layoutOf(picture);
+    DecimalDigits d = significantDigits(value);
+    if (layout.percent && d.count > 0) d.exponent += 2;
+    d = roundedAwayFromZero(d, layout.fractionPlaces);
+    QString out;
+    out.reserve(picture.size() + d.integerDigits() + 1);
+    if (d.negative) out += u'-';
+    appendIntegerPart(out, picture, layout, d);
+    appendFractionPart(out, picture, layout, d);
+    return out;
+}
+
+QString Trim(const QString& text) {
+    const QStringView trimmed = trimBlanks(text);
+    return trimmed.size() == text.size() ? text : trimmed.toString();
+}
+
+QString LTrim(const QString& text) {
+    qsizetype first = 0;
+    while (first < text.size() && text[first] == u' ') ++first;
+    return first == 0 ? text : text.sliced(first);
+}
+
+QString RTrim(const QString& text) {
+    qsizetype last = text.size();
+    while (last > 0 && text[last - 1] == u' ') --last;
+    return last == text.size() ? text : text.first(last);
+}
+
+}  // namespace tvrx::conv
