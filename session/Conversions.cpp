@@ -10,6 +10,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace tvrx::conv {
 
@@ -391,6 +392,266 @@ void appendFractionPart(QString& out, QStringView picture, const PictureLayout& 
     }
 }
 
+struct BooleanWord {
+    QStringView word;
+    double value;
+};
+
+constexpr std::array kBooleanWords{BooleanWord{u"True", -1}, BooleanWord{u"False", 0}};
+
+// A text read by a strict conversion: "True" or "False", or one number that takes the
+// whole text but for blanks at either end.
+double strictValueOfText(QStringView text) {
+    const QStringView trimmed = trimBlanks(text);
+    for (const BooleanWord& boolean : kBooleanWords) {
+        if (trimmed.compare(boolean.word, Qt::CaseInsensitive) == 0) return boolean.value;
+    }
+    NumberReader reader(trimmed, false);
+    reader.scan();
+    if (!reader.foundWholeText()) fail(err::TypeMismatch);
+    return reader.value();
+}
+
+QDate zeroDay() {
+    return QDate(1899, 12, 30);
+}
+
+constexpr int kSecondsPerDay = 86400;
+
+// A date as a day serial: whole days since the zero date, the time of day as the
+// fraction. Before the zero date the fraction still counts forward from midnight, so
+// -1.25 is 12/29/1899 06:00.
+double serialOf(const QDate& date, const QTime& time) {
+    const qint64 days = zeroDay().daysTo(date);
+    const double fraction = (time.msecsSinceStartOfDay() / 1000) / double(kSecondsPerDay);
+    return days >= 0 ? days + fraction : days - fraction;
+}
+
+// Serials of 1/1/100 and of the day after 12/31/9999: the dates a date value can hold.
+constexpr double kFirstDaySerial = -657434;
+constexpr double kEndDaySerial = 2958466;
+
+QDateTime dateOfSerial(double serial) {
+    if (!(serial > kFirstDaySerial - 1 && serial < kEndDaySerial)) fail(err::Overflow);
+    const double days = std::trunc(serial);
+    QDate date = zeroDay().addDays(static_cast<qint64>(days));
+    qint64 seconds = std::llround(std::fabs(serial - days) * kSecondsPerDay);
+    if (seconds == kSecondsPerDay) {
+        date = date.addDays(1);
+        seconds = 0;
+    }
+    return QDateTime(date, QTime::fromMSecsSinceStartOfDay(static_cast<int>(seconds * 1000)));
+}
+
+QDateTime toTheSecond(const QDateTime& value) {
+    if (!value.isValid()) fail(err::TypeMismatch);
+    const QDateTime local = value.toLocalTime();
+    const QTime time = local.time();
+    return QDateTime(local.date(), QTime(time.hour(), time.minute(), time.second()));
+}
+
+// Reads the date texts the strict conversion accepts: "M/D/YYYY" or "YYYY-MM-DD", each
+// optionally followed by a time "h:mm[:ss]" (with AM or PM) after blanks or a "T", or a
+// time alone, which falls on the zero date.
+class DateTextReader {
+public:
+    explicit DateTextReader(QStringView text) : text_(text) {}
+
+    std::optional<QDateTime> read() {
+        QDate date = zeroDay();
+        QTime time(0, 0);
+        const bool hasDate = readDate(date);
+        const bool timeFollows = !hasDate || (!atEnd() && (skipBlanks() > 0 || take(u'T')));
+        if (timeFollows && !readTime(time)) return {};
+        if (!atEnd() || !date.isValid() || !time.isValid()) return {};
+        return QDateTime(date, time);
+    }
+
+private:
+    bool atEnd() const { return pos_ == text_.size(); }
+
+    bool take(char16_t c) {
+        if (atEnd() || upper(text_[pos_].unicode()) != c) return false;
+        ++pos_;
+        return true;
+    }
+
+    bool takeWord(QStringView word) {
+        if (!text_.sliced(pos_).startsWith(word, Qt::CaseInsensitive)) return false;
+        pos_ += word.size();
+        return true;
+    }
+
+    int skipBlanks() {
+        int blanks = 0;
+        for (; !atEnd() && text_[pos_] == u' '; ++pos_) ++blanks;
+        return blanks;
+    }
+
+    // A number of minDigits to maxDigits digits, -1 when there are fewer.
+    int number(int minDigits, int maxDigits) {
+        int value = 0;
+        int digits = 0;
+        for (; digits < maxDigits && !atEnd() && isDigit(text_[pos_].unicode()); ++digits) {
+            value = value * 10 + (text_[pos_++].unicode() - u'0');
+        }
+        return digits >= minDigits ? value : -1;
+    }
+
+    bool readDate(QDate& date) {
+        const qsizetype start = pos_;
+        const int month = number(1, 2);
+        if (month >= 0 && take(u'/')) {
+            const int day = number(1, 2);
+            if (day >= 0 && take(u'/')) return readYear(date, month, day);
+        }
+        pos_ = start;
+        const int year = number(4, 4);
+        if (year >= 0 && take(u'-')) {
+            const int isoMonth = number(1, 2);
+            if (isoMonth >= 0 && take(u'-')) {
+                const int day = number(1, 2);
+                date = QDate(year, isoMonth, day);
+                if (day >= 0) return true;
+            }
+        }
+        pos_ = start;
+        return false;
+    }
+
+    bool readYear(QDate& date, int month, int day) {
+        const int year = number(4, 4);
+        date = QDate(year, month, day);
+        return year >= 0;
+    }
+
+    bool readTime(QTime& time) {
+        const int hour = number(1, 2);
+        if (hour < 0 || !take(u':')) return false;
+        const int minute = number(2, 2);
+        const int second = take(u':') ? number(2, 2) : 0;
+        if (minute < 0 || second < 0) return false;
+        time = QTime(hour, minute, second);
+        const qsizetype beforeBlanks = pos_;
+        skipBlanks();
+        const bool am = takeWord(u"AM");
+        const bool pm = !am && takeWord(u"PM");
+        if (!am && !pm) {
+            pos_ = beforeBlanks;
+        } else if (hour < 1 || hour > 12) {
+            time = QTime();
+        } else {
+            time = QTime(hour % 12 + (pm ? 12 : 0), minute, second);
+        }
+        return true;
+    }
+
+    QStringView text_;
+    qsizetype pos_ = 0;
+};
+
+QDateTime dateOfText(QStringView text) {
+    const std::optional<QDateTime> date = DateTextReader(trimBlanks(text)).read();
+    if (!date) fail(err::TypeMismatch);
+    return *date;
+}
+
+constexpr std::array kNumberTypes{
+    QMetaType::Int,    QMetaType::UInt,  QMetaType::LongLong, QMetaType::ULongLong,
+    QMetaType::Double, QMetaType::Float, QMetaType::Short,    QMetaType::UShort,
+    QMetaType::Long,   QMetaType::ULong, QMetaType::Char,     QMetaType::SChar,
+    QMetaType::UChar,
+};
+
+void rejectNull(const QVariant& value) {
+    if (!value.isValid() || value.isNull()) fail(err::InvalidUseOfNull);
+}
+
+bool holdsNumber(const QVariant& value) {
+    return std::ranges::find(kNumberTypes, value.typeId()) != kNumberTypes.end();
+}
+
+// The number a strict conversion starts from: a number as it is, a boolean as -1 or 0,
+// a date as its day serial, a text by the strict rule.
+double strictNumber(const QVariant& value) {
+    rejectNull(value);
+    if (holdsNumber(value)) return value.toDouble();
+    switch (value.typeId()) {
+        case QMetaType::Bool:
+            return value.toBool() ? -1 : 0;
+        case QMetaType::QString:
+            return strictValueOfText(value.toString());
+        case QMetaType::QByteArray:
+            return strictValueOfText(QString::fromLatin1(value.toByteArray()));
+        case QMetaType::QDate:
+            return serialOf(value.toDate(), QTime(0, 0));
+        case QMetaType::QTime:
+            return serialOf(zeroDay(), value.toTime());
+        case QMetaType::QDateTime: {
+            const QDateTime date = toTheSecond(value.toDateTime());
+            return serialOf(date.date(), date.time());
+        }
+        default:
+            fail(err::TypeMismatch);
+    }
+}
+
+template <class Whole>
+Whole narrowed(double value) {
+    const double whole = RoundHalfEven(value);
+    if (!(whole >= std::numeric_limits<Whole>::min() &&
+          whole <= std::numeric_limits<Whole>::max())) {
+        fail(err::Overflow);
+    }
+    return static_cast<Whole>(whole);
+}
+
+constexpr double kCurrencyScale = 10000;
+
+void appendGroupedInteger(QString& out, const DecimalDigits& d) {
+    const int digits = d.integerDigits();
+    if (digits == 0) out += u'0';
+    for (int i = 0; i < digits; ++i) {
+        if (i > 0 && (digits - i) % 3 == 0) out += u',';
+        out += QLatin1Char(d.at(i));
+    }
+}
+
+enum class DatePart { Year, Month, Day, Hour, Minute, Second };
+
+// The placeholders of a date picture, longest first; case does not matter. Other
+// characters are copied.
+struct DateToken {
+    QStringView text;
+    DatePart part;
+    int width;
+    int modulus;
+};
+
+constexpr std::array kDateTokens{
+    DateToken{u"yyyy", DatePart::Year, 4, 0}, DateToken{u"yy", DatePart::Year, 2, 100},
+    DateToken{u"mm", DatePart::Month, 2, 0},  DateToken{u"m", DatePart::Month, 1, 0},
+    DateToken{u"dd", DatePart::Day, 2, 0},    DateToken{u"d", DatePart::Day, 1, 0},
+    DateToken{u"hh", DatePart::Hour, 2, 0},   DateToken{u"h", DatePart::Hour, 1, 0},
+    DateToken{u"nn", DatePart::Minute, 2, 0}, DateToken{u"n", DatePart::Minute, 1, 0},
+    DateToken{u"ss", DatePart::Second, 2, 0}, DateToken{u"s", DatePart::Second, 1, 0},
+};
+
+const DateToken* dateTokenAt(QStringView picture) {
+    for (const DateToken& token : kDateTokens) {
+        if (picture.startsWith(token.text, Qt::CaseInsensitive)) return &token;
+    }
+    return nullptr;
+}
+
+int datePartValue(const QDateTime& value, DatePart part) {
+    const QDate date = value.date();
+    const QTime time = value.time();
+    const std::array values{date.year(), date.month(),  date.day(),
+                            time.hour(), time.minute(), time.second()};
+    return values[static_cast<std::size_t>(part)];
+}
+
 }  // namespace
 
 double Val(const QString& text) {
@@ -460,6 +721,110 @@ QString RTrim(const QString& text) {
     qsizetype last = text.size();
     while (last > 0 && text[last - 1] == u' ') --last;
     return last == text.size() ? text : text.first(last);
+}
+
+qint16 IntegerFromDouble(double value) {
+    return narrowed<qint16>(value);
+}
+
+qint32 LongFromDouble(double value) {
+    return narrowed<qint32>(value);
+}
+
+qint16 ToInteger(const QVariant& value) {
+    return IntegerFromDouble(strictNumber(value));
+}
+
+qint32 ToLong(const QVariant& value) {
+    return LongFromDouble(strictNumber(value));
+}
+
+double ToDouble(const QVariant& value) {
+    return strictNumber(value);
+}
+
+// The currency type holds a 64-bit count of ten-thousandths.
+double ToCurrency(const QVariant& value) {
+    const double units = RoundHalfEven(strictNumber(value) * kCurrencyScale);
+    if (!(units >= -0x1p63 && units < 0x1p63)) fail(err::Overflow);
+    return units / kCurrencyScale;
+}
+
+bool ToBoolean(const QVariant& value) {
+    return strictNumber(value) != 0;
+}
+
+QDateTime ToDate(const QVariant& value) {
+    rejectNull(value);
+    switch (value.typeId()) {
+        case QMetaType::QDateTime:
+            return toTheSecond(value.toDateTime());
+        case QMetaType::QDate:
+            return toTheSecond(value.toDate().startOfDay());
+        case QMetaType::QString:
+            return dateOfText(value.toString());
+        case QMetaType::QByteArray:
+            return dateOfText(QString::fromLatin1(value.toByteArray()));
+        default:
+            return dateOfSerial(strictNumber(value));
+    }
+}
+
+QString FormatCurrency(double value) {
+    if (!std::isfinite(value)) return NumberText(value);
+    const DecimalDigits d = roundedAwayFromZero(significantDigits(value), 2);
+    QString out;
+    out += d.negative ? u"($" : u"$";
+    appendGroupedInteger(out, d);
+    out += u'.';
+    out += QLatin1Char(d.at(d.exponent + 1));
+    out += QLatin1Char(d.at(d.exponent + 2));
+    if (d.negative) out += u')';
+    return out;
+}
+
+QString FormatDate(const QDateTime& value, const QString& picture) {
+    if (!value.isValid()) return {};
+    QString out;
+    bool afterHour = false;
+    for (qsizetype i = 0; i < picture.size();) {
+        const DateToken* token = dateTokenAt(QStringView(picture).sliced(i));
+        if (token == nullptr) {
+            out += picture[i++];
+            continue;
+        }
+        // A month placeholder after an hour is the minutes, as in "hh:mm" and "MMDDHHMM".
+        const DatePart part =
+            token->part == DatePart::Month && afterHour ? DatePart::Minute : token->part;
+        afterHour = part == DatePart::Hour;
+        int number = datePartValue(value, part);
+        if (token->modulus != 0) number %= token->modulus;
+        out += QStringLiteral("%1").arg(number, token->width, 10, QLatin1Char('0'));
+        i += token->text.size();
+    }
+    return out;
+}
+
+QString DateTimeText(const QDateTime& value) {
+    if (!value.isValid()) return {};
+    const QDate date = value.date();
+    const QTime time = value.time();
+    const QString dateText = QStringLiteral("%1/%2/%3")
+                                 .arg(date.month())
+                                 .arg(date.day())
+                                 .arg(date.year(), 4, 10, QLatin1Char('0'));
+    const QString timeText = QStringLiteral("%1:%2:%3 %4")
+                                 .arg(time.hour() % 12 == 0 ? 12 : time.hour() % 12)
+                                 .arg(time.minute(), 2, 10, QLatin1Char('0'))
+                                 .arg(time.second(), 2, 10, QLatin1Char('0'))
+                                 .arg(time.hour() < 12 ? u"AM" : u"PM");
+    if (date == zeroDay()) return timeText;
+    if (time.hour() == 0 && time.minute() == 0 && time.second() == 0) return dateText;
+    return dateText + u' ' + timeText;
+}
+
+QDateTime ZeroDate() {
+    return QDateTime(zeroDay(), QTime(0, 0));
 }
 
 }  // namespace tvrx::conv

@@ -2,10 +2,15 @@
 
 #include "session/Failure.h"
 
+#include <QDateTime>
+#include <QStringList>
+
 #include <gtest/gtest.h>
 
+#include <charconv>
 #include <cmath>
 #include <initializer_list>
+#include <string>
 
 // Each table below is a table of docs/CONVERSIONS.md, row for row.
 namespace tvrx::conv {
@@ -20,6 +25,39 @@ long failureOf(Call&& call) {
         return failure.number();
     }
     return 0;
+}
+
+// A result as the tables write it: the value, or "#" and the failure number.
+std::string shown(double value) {
+    char text[400];
+    const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed).ptr;
+    return std::string(text, end);
+}
+std::string shown(qint32 value) {
+    return std::to_string(value);
+}
+std::string shown(bool value) {
+    return value ? "True" : "False";
+}
+std::string shown(const QDateTime& value) {
+    return value.toString("yyyy-MM-dd hh:mm:ss").toStdString();
+}
+
+template <class Call>
+std::string outcomeOf(Call&& call) {
+    try {
+        return shown(call());
+    } catch (const Failure& failure) {
+        return "#" + std::to_string(failure.number());
+    }
+}
+
+QVariant text(const char* latin1) {
+    return QString::fromLatin1(latin1);
+}
+
+QDateTime at(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
+    return QDateTime(QDate(year, month, day), QTime(hour, minute, second));
 }
 
 struct TextCase {
@@ -249,6 +287,200 @@ TEST(ConversionsTest, TrimmingRemovesBlanksOnly) {
     }
     const QString withNul = QString(" ") + QChar(0) + "x ";
     EXPECT_EQ(Trim(withNul), QString(QChar(0)) + "x");
+}
+
+TEST(ConversionsTest, StrictNumbersFailWhereTheRuntimeFails) {
+    struct Case {
+        QVariant input;
+        const char* asDouble;
+        const char* asInteger;
+        const char* asLong;
+        const char* asCurrency;
+        const char* asBoolean;
+    };
+    const Case cases[] = {
+        {text("12"), "12", "12", "12", "12", "True"},
+        {text(" 12  "), "12", "12", "12", "12", "True"},
+        {text("+5"), "5", "5", "5", "5", "True"},
+        {text("0"), "0", "0", "0", "0", "False"},
+        {text("2.5"), "2.5", "2", "2", "2.5", "True"},
+        {text("3.5"), "3.5", "4", "4", "3.5", "True"},
+        {text("-2.5"), "-2.5", "-2", "-2", "-2.5", "True"},
+        {text(".5"), "0.5", "0", "0", "0.5", "True"},
+        {text("5."), "5", "5", "5", "5", "True"},
+        {text("1E3"), "1000", "1000", "1000", "1000", "True"},
+        {text("1.5e-2"), "0.015", "0", "0", "0.015", "True"},
+        {text("1D2"), "100", "100", "100", "100", "True"},
+        {text("1.00005"), "1.00005", "1", "1", "1.0001", "True"},
+        {text("True"), "-1", "-1", "-1", "-1", "True"},
+        {text(" TRUE "), "-1", "-1", "-1", "-1", "True"},
+        {text("false"), "0", "0", "0", "0", "False"},
+        {text("&HFFFF"), "-1", "-1", "-1", "-1", "True"},
+        {text("&H8000"), "-32768", "-32768", "-32768", "-32768", "True"},
+        {text("&H10000"), "65536", "#6", "65536", "65536", "True"},
+        {text("&O17"), "15", "15", "15", "15", "True"},
+        {text("32767"), "32767", "32767", "32767", "32767", "True"},
+        {text("32767.5"), "32767.5", "#6", "32768", "32767.5", "True"},
+        {text("32766.5"), "32766.5", "32766", "32766", "32766.5", "True"},
+        {text("32768"), "32768", "#6", "32768", "32768", "True"},
+        {text("-32768.5"), "-32768.5", "-32768", "-32768", "-32768.5", "True"},
+        {text("-32769"), "-32769", "#6", "-32769", "-32769", "True"},
+        {text("2147483647"), "2147483647", "#6", "2147483647", "2147483647", "True"},
+        {text("2147483647.5"), "2147483647.5", "#6", "#6", "2147483647.5", "True"},
+        {text("-2147483648.5"), "-2147483648.5", "#6", "-2147483648", "-2147483648.5", "True"},
+        {text("-2147483649"), "-2147483649", "#6", "#6", "-2147483649", "True"},
+        {text("922337203685477"), "922337203685477", "#6", "#6", "922337203685477", "True"},
+        {text("922337203685478"), "922337203685478", "#6", "#6", "#6", "True"},
+        {text("1E400"), "#6", "#6", "#6", "#6", "#6"},
+        {text("&H100000000"), "#6", "#6", "#6", "#6", "#6"},
+        {text(""), "#13", "#13", "#13", "#13", "#13"},
+        {text("   "), "#13", "#13", "#13", "#13", "#13"},
+        {text("0-5"), "#13", "#13", "#13", "#13", "#13"},
+        {text("0True"), "#13", "#13", "#13", "#13", "#13"},
+        {text("1,2,3"), "#13", "#13", "#13", "#13", "#13"},
+        {text("12abc"), "#13", "#13", "#13", "#13", "#13"},
+        {text("1E"), "#13", "#13", "#13", "#13", "#13"},
+        {text("."), "#13", "#13", "#13", "#13", "#13"},
+        {text("-"), "#13", "#13", "#13", "#13", "#13"},
+        {text("1 2"), "#13", "#13", "#13", "#13", "#13"},
+        {text("- 5"), "#13", "#13", "#13", "#13", "#13"},
+        {text("$5"), "#13", "#13", "#13", "#13", "#13"},
+        {text("\t5"), "#13", "#13", "#13", "#13", "#13"},
+        {text("&H"), "#13", "#13", "#13", "#13", "#13"},
+        {text("yes"), "#13", "#13", "#13", "#13", "#13"},
+        {QVariant(), "#94", "#94", "#94", "#94", "#94"},
+        {QVariant(QMetaType::fromType<QString>()), "#94", "#94", "#94", "#94", "#94"},
+        {QVariant(true), "-1", "-1", "-1", "-1", "True"},
+        {QVariant(false), "0", "0", "0", "0", "False"},
+        {QVariant(40000), "40000", "#6", "40000", "40000", "True"},
+        {QVariant(2.5), "2.5", "2", "2", "2.5", "True"},
+        {QVariant(qlonglong(3000000000)), "3000000000", "#6", "#6", "3000000000", "True"},
+        {QVariant(QByteArray(" 12")), "12", "12", "12", "12", "True"},
+        {QVariant(QDate(2026, 3, 14)), "46095", "#6", "46095", "46095", "True"},
+        {QVariant(at(2026, 3, 14, 6)), "46095.25", "#6", "46095", "46095.25", "True"},
+        {QVariant(at(1899, 12, 29, 6)), "-1.25", "-1", "-1", "-1.25", "True"},
+        {QVariant(QTime(18, 0)), "0.75", "1", "1", "0.75", "True"},
+        {QVariant(QStringList{"1"}), "#13", "#13", "#13", "#13", "#13"},
+    };
+    for (const Case& c : cases) {
+        const std::string input = c.input.toString().toStdString();
+        EXPECT_EQ(outcomeOf([&] { return ToDouble(c.input); }), c.asDouble) << input;
+        EXPECT_EQ(outcomeOf([&] { return qint32{ToInteger(c.input)}; }), c.asInteger) << input;
+        EXPECT_EQ(outcomeOf([&] { return ToLong(c.input); }), c.asLong) << input;
+        EXPECT_EQ(outcomeOf([&] { return ToCurrency(c.input); }), c.asCurrency) << input;
+        EXPECT_EQ(outcomeOf([&] { return ToBoolean(c.input); }), c.asBoolean) << input;
+    }
+}
+
+TEST(ConversionsTest, NarrowingADoubleRoundsThenChecksTheRange) {
+    struct Case {
+        double value;
+        const char* asInteger;
+        const char* asLong;
+    };
+    const Case cases[] = {
+        {32767.5, "#6", "32768"},   {-32768.5, "-32768", "-32768"},
+        {2147483647.5, "#6", "#6"}, {-2147483648.5, "#6", "-2147483648"},
+        {NAN, "#6", "#6"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(outcomeOf([&] { return qint32{IntegerFromDouble(c.value)}; }), c.asInteger);
+        EXPECT_EQ(outcomeOf([&] { return LongFromDouble(c.value); }), c.asLong);
+    }
+}
+
+TEST(ConversionsTest, CurrencyForm) {
+    expectTexts(FormatCurrency, {{1234.5, "$1,234.50"},
+                                 {-1234.5, "($1,234.50)"},
+                                 {0, "$0.00"},
+                                 {0.125, "$0.13"},
+                                 {12, "$12.00"},
+                                 {1234567.891, "$1,234,567.89"},
+                                 {999.995, "$1,000.00"},
+                                 {-0.001, "($0.00)"}});
+}
+
+TEST(ConversionsTest, StrictDates) {
+    struct Case {
+        QVariant input;
+        const char* date;
+    };
+    const Case cases[] = {
+        {text("3/14/2026"), "2026-03-14 00:00:00"},
+        {text(" 03/14/2026 9:26 "), "2026-03-14 09:26:00"},
+        {text("3/14/2026 9:26:53 PM"), "2026-03-14 21:26:53"},
+        {text("3/14/2026 12:00:00 am"), "2026-03-14 00:00:00"},
+        {text("3/14/2026 12:30PM"), "2026-03-14 12:30:00"},
+        {text("2026-03-14"), "2026-03-14 00:00:00"},
+        {text("2026-03-14 21:26:53"), "2026-03-14 21:26:53"},
+        {text("2026-03-14T21:26:53"), "2026-03-14 21:26:53"},
+        {text("9:26:53 AM"), "1899-12-30 09:26:53"},
+        {text("2/30/2026"), "#13"},
+        {text("3/14/26"), "#13"},
+        {text("14.03.2026"), "#13"},
+        {text("3/14/2026 25:00"), "#13"},
+        {text("3/14/2026 13:00 PM"), "#13"},
+        {text("2026-03-14T"), "#13"},
+        {text("3/14/2026x"), "#13"},
+        {text(""), "#13"},
+        {text("46095"), "#13"},
+        {QVariant(46095.25), "2026-03-14 06:00:00"},
+        {QVariant(0), "1899-12-30 00:00:00"},
+        {QVariant(-1.25), "1899-12-29 06:00:00"},
+        {QVariant(0.9999999999), "1899-12-31 00:00:00"},
+        {QVariant(true), "1899-12-29 00:00:00"},
+        {QVariant(3000000), "#6"},
+        {QVariant(QDate(2026, 3, 14)), "2026-03-14 00:00:00"},
+        {QVariant(at(2026, 3, 14, 9, 26, 53).addMSecs(789)), "2026-03-14 09:26:53"},
+        {QVariant(), "#94"},
+        {QVariant(QStringList{"3/14/2026"}), "#13"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(outcomeOf([&] { return ToDate(c.input); }), c.date)
+            << c.input.toString().toStdString();
+    }
+    EXPECT_EQ(ToDate(QVariant(46095.25)).timeSpec(), Qt::LocalTime);
+    EXPECT_EQ(ZeroDate(), at(1899, 12, 30));
+}
+
+TEST(ConversionsTest, DatePictures) {
+    struct Case {
+        const char* picture;
+        const char* morning;
+        const char* evening;
+    };
+    const Case cases[] = {
+        {"YYYYMMDD", "20260304", "20260304"},
+        {"MM/DD/YYYY", "03/04/2026", "03/04/2026"},
+        {"MM/DD/YYYY hh:mm", "03/04/2026 09:05", "03/04/2026 21:05"},
+        {"MM/DD/YYYY hh:mm:ss", "03/04/2026 09:05:07", "03/04/2026 21:05:07"},
+        {"MM/DD/YY", "03/04/26", "03/04/26"},
+        {"MM-DD-YY", "03-04-26", "03-04-26"},
+        {"MMDDHHMM", "03040905", "03042105"},
+        {"YYYY-MM-DD", "2026-03-04", "2026-03-04"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(FormatDate(at(2026, 3, 4, 9, 5, 7), c.picture).toStdString(), c.morning);
+        EXPECT_EQ(FormatDate(at(2026, 3, 4, 21, 5, 7), c.picture).toStdString(), c.evening);
+    }
+    EXPECT_EQ(FormatDate(QDateTime(), "MM/DD/YYYY"), "");
+}
+
+TEST(ConversionsTest, DefaultTextOfADate) {
+    struct Case {
+        QDateTime value;
+        const char* text;
+    };
+    const Case cases[] = {
+        {at(2026, 3, 14, 9, 26, 53), "3/14/2026 9:26:53 AM"},
+        {at(2026, 3, 14, 21, 5, 7), "3/14/2026 9:05:07 PM"},
+        {at(2026, 3, 14), "3/14/2026"},
+        {at(2026, 3, 14, 12), "3/14/2026 12:00:00 PM"},
+        {at(2026, 3, 14, 0, 0, 1), "3/14/2026 12:00:01 AM"},
+        {at(1899, 12, 30, 9, 26, 53), "9:26:53 AM"},
+        {at(1899, 12, 30), "12:00:00 AM"},
+    };
+    for (const Case& c : cases) EXPECT_EQ(DateTimeText(c.value).toStdString(), c.text);
 }
 
 }  // namespace
