@@ -38,12 +38,21 @@ bool isSkippedInValue(char16_t c) {
     return c == u' ' || c == u'\t' || c == u'\n';
 }
 
+qsizetype leadingBlanks(QStringView text) {
+    qsizetype count = 0;
+    while (count < text.size() && text[count] == u' ') ++count;
+    return count;
+}
+
+qsizetype trailingBlanks(QStringView text) {
+    qsizetype count = 0;
+    while (count < text.size() && text[text.size() - 1 - count] == u' ') ++count;
+    return count;
+}
+
 QStringView trimBlanks(QStringView text) {
-    qsizetype first = 0;
-    qsizetype last = text.size();
-    while (first < last && text[first] == u' ') ++first;
-    while (last > first && text[last - 1] == u' ') --last;
-    return text.sliced(first, last - first);
+    const QStringView right = text.sliced(leadingBlanks(text));
+    return right.first(right.size() - trailingBlanks(right));
 }
 
 struct RadixPrefix {
@@ -386,8 +395,9 @@ void appendFractionPart(QString& out, QStringView picture, const PictureLayout& 
             out += c;
             continue;
         }
-        if (c == u'0' || placeholder < shown)
+        if (c == u'0' || placeholder < shown) {
             out += QLatin1Char(d.at(d.exponent + 1 + placeholder));
+        }
         ++placeholder;
     }
 }
@@ -450,6 +460,26 @@ QDateTime toTheSecond(const QDateTime& value) {
     return QDateTime(local.date(), QTime(time.hour(), time.minute(), time.second()));
 }
 
+struct DateField {
+    int minDigits;
+    int maxDigits;
+    char16_t separator;
+};
+
+// The written forms of a date: its three numbers in order, and where year, month and
+// day stand among them.
+struct DateForm {
+    std::array<DateField, 3> fields;
+    std::size_t yearAt;
+    std::size_t monthAt;
+    std::size_t dayAt;
+};
+
+constexpr std::array kDateForms{
+    DateForm{{DateField{1, 2, u'/'}, DateField{1, 2, u'/'}, DateField{4, 4, u'\0'}}, 2, 0, 1},
+    DateForm{{DateField{4, 4, u'-'}, DateField{1, 2, u'-'}, DateField{1, 2, u'\0'}}, 0, 1, 2},
+};
+
 // Reads the date texts the strict conversion accepts: "M/D/YYYY" or "YYYY-MM-DD", each
 // optionally followed by a time "h:mm[:ss]" (with AM or PM) after blanks or a "T", or a
 // time alone, which falls on the zero date.
@@ -500,29 +530,23 @@ private:
 
     bool readDate(QDate& date) {
         const qsizetype start = pos_;
-        const int month = number(1, 2);
-        if (month >= 0 && take(u'/')) {
-            const int day = number(1, 2);
-            if (day >= 0 && take(u'/')) return readYear(date, month, day);
+        for (const DateForm& form : kDateForms) {
+            if (readDateForm(form, date)) return true;
+            pos_ = start;
         }
-        pos_ = start;
-        const int year = number(4, 4);
-        if (year >= 0 && take(u'-')) {
-            const int isoMonth = number(1, 2);
-            if (isoMonth >= 0 && take(u'-')) {
-                const int day = number(1, 2);
-                date = QDate(year, isoMonth, day);
-                if (day >= 0) return true;
-            }
-        }
-        pos_ = start;
         return false;
     }
 
-    bool readYear(QDate& date, int month, int day) {
-        const int year = number(4, 4);
-        date = QDate(year, month, day);
-        return year >= 0;
+    bool readDateForm(const DateForm& form, QDate& date) {
+        std::array<int, 3> numbers{};
+        for (std::size_t i = 0; i < numbers.size(); ++i) {
+            const DateField& field = form.fields[i];
+            numbers[i] = number(field.minDigits, field.maxDigits);
+            if (numbers[i] < 0) return false;
+            if (field.separator != u'\0' && !take(field.separator)) return false;
+        }
+        date = QDate(numbers[form.yearAt], numbers[form.monthAt], numbers[form.dayAt]);
+        return true;
     }
 
     bool readTime(QTime& time) {
@@ -673,7 +697,7 @@ double WholeThousandths(double amount) {
 }
 
 double RoundCurrency(double value) {
-    return RoundHalfEven(value * 10000) / 10000;
+    return RoundHalfEven(value * kCurrencyScale) / kCurrencyScale;
 }
 
 QString NumberText(double value) {
@@ -712,15 +736,13 @@ QString Trim(const QString& text) {
 }
 
 QString LTrim(const QString& text) {
-    qsizetype first = 0;
-    while (first < text.size() && text[first] == u' ') ++first;
-    return first == 0 ? text : text.sliced(first);
+    const qsizetype blanks = leadingBlanks(text);
+    return blanks == 0 ? text : text.sliced(blanks);
 }
 
 QString RTrim(const QString& text) {
-    qsizetype last = text.size();
-    while (last > 0 && text[last - 1] == u' ') --last;
-    return last == text.size() ? text : text.first(last);
+    const qsizetype blanks = trailingBlanks(text);
+    return blanks == 0 ? text : text.first(text.size() - blanks);
 }
 
 qint16 IntegerFromDouble(double value) {

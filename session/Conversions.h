@@ -31,7 +31,7 @@ qint16 ToInteger(const QVariant& value);  // 16-bit, fractions round half to eve
 qint32 ToLong(const QVariant& value);     // 32-bit, fractions round half to even
 double ToDouble(const QVariant& value);
 double ToCurrency(const QVariant& value);  // rounded to four places, half to even
-QDateTime ToDate(const QVariant& value);
+QDateTime ToDate(const QVariant& value);   // local time, to the second
 bool ToBoolean(const QVariant& value);
 
 // Strict 16-bit and 32-bit narrowing of a double, as an assignment to such a member does.
@@ -63,7 +63,8 @@ QString NumberTextRTrimmed(double value);
 
 // Formats with a picture: "0", "00", ... (at least n digits, a tie away from zero, never
 // cut; a minus sign stands in front and does not count among the digits), the money
-// pictures "$ #.00", "$ 0.00", "##0.00 %", "#######", and "0.00"-style pictures.
+// pictures "$ #.00", "$ 0.00", "##0.00 %", "#######", and "0.00"-style pictures. The
+// value is rounded on its 15-digit text, so it formats as its NumberText would.
 QString Format(double value, const QString& picture);
 // The locale's currency form ("$1,234.50", "($1,234.50)" for negatives).
 QString FormatCurrency(double value);

@@ -265,6 +265,10 @@ TEST(ConversionsTest, NumberPictures) {
         EXPECT_EQ(Format(c.value, c.picture).toStdString(), c.text)
             << c.picture << " of " << c.value;
     }
+    // An over-punched amount is formatted from its default text read back as a number.
+    for (double value : {2.675, 1.005, 1.0 / 3, -1234.5678, 0.1 + 0.2, 1e-7, 123456789.125}) {
+        EXPECT_EQ(Format(Val(NumberText(value)), "0.00"), Format(value, "0.00")) << value;
+    }
 }
 
 TEST(ConversionsTest, TrimmingRemovesBlanksOnly) {
