@@ -3,11 +3,11 @@
 #include "session/FileErrorReporter.h"
 #include "session/RecordingErrorReporter.h"
 
+#include <QPointer>
 #include <QString>
+#include <QWidget>
 
 #include <memory>
-
-class QWidget;
 
 namespace tvrx {
 
@@ -42,7 +42,7 @@ private:
     ErrorReport last_;
     bool showScreen_ = false;
     bool screenOpen_ = false;
-    QWidget* parent_ = nullptr;
+    QPointer<QWidget> parent_;
 };
 
 }  // namespace tvrx

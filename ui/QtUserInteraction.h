@@ -14,9 +14,8 @@ class QtUserInteraction : public UserInteraction {
 public:
     explicit QtUserInteraction(QWidget* parent = nullptr) : parent_(parent) {}
 
-    // A message box with the set's buttons, the icon and the default button; Escape answers
-    // with the set's Cancel (or its only button, or No), and the sets without one cannot
-    // be closed without an answer.
+    // A message box with the set's buttons, the icon and the default button. Escape answers
+    // with the set's Cancel, or else its Abort, its No or its only button.
     Answer MsgBox(const QString& text, Buttons buttons, Icon icon, int defaultButton,
                   const QString& title) override;
     QString InputBox(const QString& prompt, const QString& title,
