@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 namespace tvrx {
@@ -21,6 +22,10 @@ struct FuzzTarget {
 const FuzzTarget kFuzzTargets[] = {
     {"encodings", fuzz::fuzzEncodings},
 };
+
+void PrintTo(const FuzzTarget& target, std::ostream* out) {
+    *out << target.name;
+}
 
 class CorpusReplayTest : public ::testing::TestWithParam<FuzzTarget> {};
 
