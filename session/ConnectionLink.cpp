@@ -199,6 +199,8 @@ void ConnectionLink::afterOpen() {
     run(QStringLiteral("SELECT set_config('TimeZone', ?, false)"), {zone});
     run(QStringLiteral("SELECT set_config('statement_timeout', ?, false)"),
         {QString::number(commandTimeout * 1000)});
+    // The server's notices ("drop cascades to ...") are of no use to the pharmacy.
+    run(QStringLiteral("SELECT set_config('client_min_messages', 'warning', false)"), {});
 }
 
 void ConnectionLink::close() {

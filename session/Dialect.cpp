@@ -87,7 +87,10 @@ QDateTime Dialect::dateTimeFromText(const QString& text) {
     static const QRegularExpression stored(
         QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d$"));
     if (!stored.match(text).hasMatch()) return {};
-    return QDateTime::fromString(text, kDateTimeFormat);
+    // Built from its parts like every other local date-time, so that an hour the clocks
+    // pass twice reads back as the same QDateTime the code made.
+    return QDateTime(QDate::fromString(text.left(10), QStringLiteral("yyyy-MM-dd")),
+                     QTime::fromString(text.mid(11), QStringLiteral("HH:mm:ss")));
 }
 
 }  // namespace tvrx
