@@ -37,10 +37,11 @@ bool holdsRows(DbConnection& connection, const QString& table) {
 // next new patient would then collide with a sample one.
 void catchUpKeyNumbering(DbConnection& connection, const QString& table) {
     if (connection.backend() != Backend::PostgreSQL) return;
-    const QVariant key = connection.Scalar(
-        QStringLiteral("SELECT column_name FROM information_schema.columns WHERE table_schema = current_schema() "
-                       "AND table_name = ? AND is_identity = 'YES'"),
-        {table.toLower()});
+    const QVariant key =
+        connection.Scalar(QStringLiteral("SELECT column_name FROM information_schema.columns WHERE "
+                                         "table_schema = current_schema() "
+                                         "AND table_name = ? AND is_identity = 'YES'"),
+                          {table.toLower()});
     if (key.isNull()) return;
     connection.Scalar(QStringLiteral("SELECT setval(pg_get_serial_sequence(?, ?), MAX(%1)) FROM %2")
                           .arg(key.toString(), table),
@@ -68,8 +69,9 @@ int loadTabSeparated(DbConnection& connection, const QString& table, const QStri
     const TabSeparated tsv = parseTabSeparated(text);
     if (!tsv.error.isEmpty()) fail(err::StatementError, table + QStringLiteral(": ") + tsv.error);
     const QStringList marks(tsv.columns.size(), QStringLiteral("?"));
-    const QString insert = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                               .arg(table, tsv.columns.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
+    const QString insert =
+        QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+            .arg(table, tsv.columns.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
     for (const QStringList& row : tsv.rows) {
         QVariantList values;
         for (const QString& field : row) values << (field.isEmpty() ? QVariant() : QVariant(field));

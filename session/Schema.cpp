@@ -16,7 +16,9 @@ namespace {
 
 const QString kVersionTable = QStringLiteral("SchemaVersion");
 
-QString backendSuffix(Backend backend) { return Dialect(backend).name().toLower(); }
+QString backendSuffix(Backend backend) {
+    return Dialect(backend).name().toLower();
+}
 
 // "002_bit_like_flags.sqlite" -> version 2, for SQLite only.
 struct FileName {
@@ -34,14 +36,16 @@ FileName parseFileName(std::string_view file) {
     parsed.backend = dot < 0 ? QString() : base.mid(dot + 1);
     static const QRegularExpression leadingDigits(QStringLiteral("^(\\d+)_"));
     const auto match = leadingDigits.match(parsed.name);
-    if (!match.hasMatch()) fail(err::StatementError, QStringLiteral("schema file without a version: ") + base);
+    if (!match.hasMatch())
+        fail(err::StatementError, QStringLiteral("schema file without a version: ") + base);
     parsed.version = match.captured(1).toInt();
     return parsed;
 }
 
 bool startsTrigger(const QString& statement) {
-    static const QRegularExpression trigger(QStringLiteral("^\\s*CREATE\\s+(TEMP\\s+|TEMPORARY\\s+)?TRIGGER\\b"),
-                                            QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression trigger(
+        QStringLiteral("^\\s*CREATE\\s+(TEMP\\s+|TEMPORARY\\s+)?TRIGGER\\b"),
+        QRegularExpression::CaseInsensitiveOption);
     return trigger.match(statement).hasMatch();
 }
 
@@ -60,7 +64,9 @@ QString dollarTagAt(const QString& text, qsizetype i) {
     return match.hasMatch() ? match.captured(0) : QString();
 }
 
-bool isWordChar(QChar c) { return c.isLetterOrNumber() || c == QLatin1Char('_'); }
+bool isWordChar(QChar c) {
+    return c.isLetterOrNumber() || c == QLatin1Char('_');
+}
 
 void recordVersion(DbConnection& connection, const Migration& migration) {
     connection.Execute(QStringLiteral("INSERT INTO %1 (Version, Name, AppliedAt) VALUES (?, ?, %2)")
@@ -123,7 +129,9 @@ QStringList splitStatements(const QString& text) {
             qsizetype end = i;
             while (end < text.size() && isWordChar(text[end])) ++end;
             const QString word = text.mid(i, end - i).toUpper();
-            if (startsTrigger(current) && (word == QLatin1String("BEGIN") || word == QLatin1String("CASE"))) ++depth;
+            if (startsTrigger(current) &&
+                (word == QLatin1String("BEGIN") || word == QLatin1String("CASE")))
+                ++depth;
             if (depth > 0 && word == QLatin1String("END")) --depth;
             current += QStringView(text).mid(i, end - i);
             i = end;
@@ -150,24 +158,27 @@ std::vector<Migration> schemaMigrations(Backend backend) {
     }
     std::sort(migrations.begin(), migrations.end(),
               [](const Migration& a, const Migration& b) { return a.version < b.version; });
-    const auto twin = std::adjacent_find(migrations.begin(), migrations.end(), [](const auto& a, const auto& b) {
-        return a.version == b.version;
-    });
+    const auto twin =
+        std::adjacent_find(migrations.begin(), migrations.end(),
+                           [](const auto& a, const auto& b) { return a.version == b.version; });
     if (twin != migrations.end()) {
-        fail(err::StatementError, QStringLiteral("two schema files claim version %1").arg(twin->version));
+        fail(err::StatementError,
+             QStringLiteral("two schema files claim version %1").arg(twin->version));
     }
     return migrations;
 }
 
 int schemaVersion(DbConnection& connection) {
     if (!hasVersionTable(connection)) return 0;
-    return connection.Scalar(QStringLiteral("SELECT MAX(Version) FROM %1").arg(kVersionTable)).toInt();
+    return connection.Scalar(QStringLiteral("SELECT MAX(Version) FROM %1").arg(kVersionTable))
+        .toInt();
 }
 
 SchemaReport applySchema(DbConnection& connection) {
     if (!hasVersionTable(connection)) {
         connection.Execute(connection.dialect().ddl(
-            QStringLiteral("CREATE TABLE %1 (Version @INT@ NOT NULL PRIMARY KEY, Name @TEXT@, AppliedAt @DATETIME@)")
+            QStringLiteral("CREATE TABLE %1 (Version @INT@ NOT NULL PRIMARY KEY, Name @TEXT@, "
+                           "AppliedAt @DATETIME@)")
                 .arg(kVersionTable)));
     }
     SchemaReport report;
@@ -182,8 +193,9 @@ SchemaReport applySchema(DbConnection& connection) {
 }
 
 QStringList schemaTables() {
-    static const QRegularExpression createTable(QStringLiteral("^CREATE\\s+TABLE\\s+(IF\\s+NOT\\s+EXISTS\\s+)?(\\w+)"),
-                                                QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression createTable(
+        QStringLiteral("^CREATE\\s+TABLE\\s+(IF\\s+NOT\\s+EXISTS\\s+)?(\\w+)"),
+        QRegularExpression::CaseInsensitiveOption);
     QStringList tables;
     for (const Migration& migration : schemaMigrations(Backend::SQLite)) {
         for (const QString& statement : splitStatements(migration.text)) {

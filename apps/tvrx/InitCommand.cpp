@@ -31,8 +31,9 @@ std::optional<InitOptions> parseOptions(const QStringList& args, QString& proble
         } else if (arg.startsWith(QLatin1String("--db="))) {
             options.database = arg.mid(5);
         } else {
-            problem = arg == QLatin1String("--db") ? QStringLiteral("--db needs a database")
-                                                   : QStringLiteral("unexpected argument '%1'").arg(arg);
+            problem = arg == QLatin1String("--db")
+                          ? QStringLiteral("--db needs a database")
+                          : QStringLiteral("unexpected argument '%1'").arg(arg);
             return std::nullopt;
         }
     }
@@ -49,14 +50,16 @@ QString shown(const QString& database) {
     return url.scheme().isEmpty() ? database : url.toDisplayString(QUrl::RemovePassword);
 }
 
-QString oneLine(const QString& text) { return text.simplified(); }
+QString oneLine(const QString& text) {
+    return text.simplified();
+}
 
 void printSchema(const SchemaReport& report) {
     if (report.applied.isEmpty()) {
         std::printf("Schema: version %d, up to date\n", report.versionAfter);
     } else {
-        std::printf("Schema: version %d (was %d; applied %s)\n", report.versionAfter, report.versionBefore,
-                    qPrintable(report.applied.join(QStringLiteral(", "))));
+        std::printf("Schema: version %d (was %d; applied %s)\n", report.versionAfter,
+                    report.versionBefore, qPrintable(report.applied.join(QStringLiteral(", "))));
     }
 }
 
@@ -70,11 +73,13 @@ void printSample(const SampleLoad& load) {
 }
 
 void printContents(DbConnection& connection) {
-    const QVariant store = connection.Scalar(QStringLiteral("SELECT Name FROM Store ORDER BY StoreID"));
+    const QVariant store =
+        connection.Scalar(QStringLiteral("SELECT Name FROM Store ORDER BY StoreID"));
     std::printf("Store: %s\n", store.isNull() ? "(none)" : qPrintable(store.toString()));
     std::printf("Rows per table:\n");
     for (const QString& table : schemaTables()) {
-        const qlonglong rows = connection.Scalar(QStringLiteral("SELECT COUNT(*) FROM %1").arg(table)).toLongLong();
+        const qlonglong rows =
+            connection.Scalar(QStringLiteral("SELECT COUNT(*) FROM %1").arg(table)).toLongLong();
         std::printf("  %-16s %lld\n", qPrintable(table), rows);
     }
 }
@@ -85,7 +90,8 @@ int runInit(const InitOptions& options) {
         connection.setConnectionString(options.database);
         connection.Open();
     } catch (const Failure& failure) {
-        std::fprintf(stderr, "tvrx init: cannot open the database %s: %s\n", qPrintable(shown(options.database)),
+        std::fprintf(stderr, "tvrx init: cannot open the database %s: %s\n",
+                     qPrintable(shown(options.database)),
                      qPrintable(oneLine(failure.description())));
         return kExitFailed;
     }
@@ -104,12 +110,14 @@ int runInit(const InitOptions& options) {
 }  // namespace
 
 Command initCommand() {
-    Command command{QStringLiteral("init"),
-                    QStringLiteral("create or upgrade a pharmacy database, optionally with the sample pharmacy"),
-                    QStringLiteral("tvrx init --db URL [--sample]\n"
-                                   "  URL: sqlite:///path/to/pharmacy.db, a bare path (SQLite), or\n"
-                                   "       postgresql://user@host:port/database"),
-                    {}};
+    Command command{
+        QStringLiteral("init"),
+        QStringLiteral(
+            "create or upgrade a pharmacy database, optionally with the sample pharmacy"),
+        QStringLiteral("tvrx init --db URL [--sample]\n"
+                       "  URL: sqlite:///path/to/pharmacy.db, a bare path (SQLite), or\n"
+                       "       postgresql://user@host:port/database"),
+        {}};
     command.run = [command](const QStringList& args) {
         QString problem;
         const std::optional<InitOptions> options = parseOptions(args, problem);

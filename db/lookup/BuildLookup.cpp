@@ -25,7 +25,9 @@ struct TableSource {
 
 using tvrx::TabSeparated;
 
-[[noreturn]] void failWith(const QString& message) { throw std::runtime_error(message.toStdString()); }
+[[noreturn]] void failWith(const QString& message) {
+    throw std::runtime_error(message.toStdString());
+}
 
 TabSeparated readTsv(const QString& path) {
     QFile file(path);
@@ -44,24 +46,28 @@ void writeTable(QSqlDatabase& db, const TableSource& source) {
     QSqlQuery query(db);
     QStringList definitions;
     for (const QString& column : tsv.columns) definitions << column + QStringLiteral(" text");
-    query.prepare(QStringLiteral("CREATE TABLE %1 (%2)").arg(source.table, definitions.join(QStringLiteral(", "))));
+    query.prepare(QStringLiteral("CREATE TABLE %1 (%2)")
+                      .arg(source.table, definitions.join(QStringLiteral(", "))));
     exec(query, source.table);
 
     const QStringList marks(tsv.columns.size(), QStringLiteral("?"));
     query.prepare(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                      .arg(source.table, tsv.columns.join(QStringLiteral(", ")), marks.join(QStringLiteral(", "))));
+                      .arg(source.table, tsv.columns.join(QStringLiteral(", ")),
+                           marks.join(QStringLiteral(", "))));
     for (const QStringList& row : tsv.rows) {
         for (qsizetype i = 0; i < row.size(); ++i) query.bindValue(int(i), row[i]);
         exec(query, source.table);
     }
-    std::printf("%s: %zu rows from %s\n", qPrintable(source.table), tsv.rows.size(), qPrintable(source.file));
+    std::printf("%s: %zu rows from %s\n", qPrintable(source.table), tsv.rows.size(),
+                qPrintable(source.file));
 }
 
 void build(const QString& output, const std::vector<TableSource>& sources) {
     const QString partial = output + QStringLiteral(".partial");
     QFile::remove(partial);
     {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("lookup"));
+        QSqlDatabase db =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("lookup"));
         db.setDatabaseName(partial);
         if (!db.open()) failWith(partial + QStringLiteral(": ") + db.lastError().text());
         db.transaction();
@@ -71,7 +77,8 @@ void build(const QString& output, const std::vector<TableSource>& sources) {
     }
     QSqlDatabase::removeDatabase(QStringLiteral("lookup"));
     QFile::remove(output);
-    if (!QFile::rename(partial, output)) failWith(QStringLiteral("cannot move %1 to %2").arg(partial, output));
+    if (!QFile::rename(partial, output))
+        failWith(QStringLiteral("cannot move %1 to %2").arg(partial, output));
 }
 
 std::vector<TableSource> parseSources(const QStringList& arguments) {
