@@ -1,6 +1,7 @@
 #pragma once
 
 #include "session/DbConnection.h"
+#include "support/QtPrinters.h"
 #include "support/SessionFixture.h"
 
 #include <QString>
@@ -23,6 +24,14 @@ namespace tvrx::test {
 //     TEST_P(MyTest, Something) { db->Execute(...); }
 //     TVRX_BACKENDS(MyTest);
 class DatabaseFixture : public SessionFixture, public ::testing::WithParamInterface<Backend> {
+public:
+    // The failure a step raised: its number (0 when it raised none) and description.
+    struct Caught {
+        long number = 0;
+        QString description;
+    };
+    static Caught caught(const std::function<void()>& step);
+
 protected:
     void SetUp() override;
     void TearDown() override;
@@ -37,13 +46,6 @@ protected:
     // A connection to the server outside the test's database (PostgreSQL only), for
     // ending another connection's backend.
     std::shared_ptr<DbConnection> serverConnection() const;
-
-    // The failure a step raised: its number (0 when it raised none) and description.
-    struct Caught {
-        long number = 0;
-        QString description;
-    };
-    static Caught caught(const std::function<void()>& step);
 
     // Open on the test's database for the whole test.
     std::shared_ptr<DbConnection> db;
