@@ -1,3 +1,4 @@
+#include "session/BoundText.h"
 #include "session/ErrorNumbers.h"
 #include "support/DatabaseFixture.h"
 
@@ -36,6 +37,22 @@ TEST_P(DbConnectionTest, TextIsStoredAsTypedWithoutCharacterZero) {
     };
     for (const auto& c : cases) {
         EXPECT_EQ(readBack(QStringLiteral("LastName"), c.typed).toString(), c.stored) << c.stored.toStdString();
+    }
+}
+
+TEST_P(DbConnectionTest, DoubledThenCutStoresWhatTheQuotedStatementStored) {
+    const struct {
+        QString typed;
+        int width;
+        QString stored;
+    } cases[] = {
+        {"O'Brien", 20, "O'Brien"}, {"O'Brien", 4, "O'B"}, {"O'Brien", 3, "O'"},
+        {"O'Brien", 2, "O'"},       {"''", 3, "''"},       {"It's Al's", 5, "It's"},
+        {"Plain", 3, "Pla"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(readBack(QStringLiteral("LastName"), doubledThenCut(c.typed, c.width)).toString(), c.stored)
+            << c.typed.toStdString() << " cut to " << c.width;
     }
 }
 
