@@ -3,7 +3,8 @@
 namespace tvrx {
 
 QString doubledThenCut(const QString& text, int width) {
-    const QString cut = QString(text).replace(QLatin1Char('\''), QStringLiteral("''")).left(qMax(width, 0));
+    const QString cut =
+        QString(text).replace(QLatin1Char('\''), QStringLiteral("''")).left(qMax(width, 0));
     QString stored;
     stored.reserve(cut.size());
     for (qsizetype i = 0; i < cut.size(); ++i) {

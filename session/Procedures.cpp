@@ -19,9 +19,12 @@ struct NewKeyProcedure {
 };
 
 constexpr NewKeyProcedure kNewKeyProcedures[] = {
-    {"NewPatIns", "PATINS", "PatInsID"},     {"NewPatient", "PATIENT", "PatientID"},
-    {"NewDoc", "PHYSIC", "MDID"},            {"NewDrug", "DRUG", "DrugID"},
-    {"NewFacility", "Facility", "FacilityID"}, {"NewInsurance", "INSURANCE", "InsID"},
+    {"NewPatIns", "PATINS", "PatInsID"},
+    {"NewPatient", "PATIENT", "PatientID"},
+    {"NewDoc", "PHYSIC", "MDID"},
+    {"NewDrug", "DRUG", "DrugID"},
+    {"NewFacility", "Facility", "FacilityID"},
+    {"NewInsurance", "INSURANCE", "InsID"},
 };
 
 Procedures::Procedure newKeyProcedure(const NewKeyProcedure& entry) {

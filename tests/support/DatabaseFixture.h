@@ -59,8 +59,7 @@ std::string backendName(const ::testing::TestParamInfo<Backend>& info);
 
 }  // namespace tvrx::test
 
-#define TVRX_BACKENDS(suite)                                                             \
-    INSTANTIATE_TEST_SUITE_P(Backends, suite,                                            \
-                             ::testing::Values(::tvrx::Backend::SQLite,                  \
-                                               ::tvrx::Backend::PostgreSQL),             \
-                             ::tvrx::test::backendName)
+#define TVRX_BACKENDS(suite)                                                                      \
+    INSTANTIATE_TEST_SUITE_P(                                                                     \
+        Backends, suite, ::testing::Values(::tvrx::Backend::SQLite, ::tvrx::Backend::PostgreSQL), \
+        ::tvrx::test::backendName)
