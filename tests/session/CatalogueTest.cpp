@@ -11,30 +11,15 @@
 namespace tvrx {
 namespace {
 
-struct KeyTable {
-    const char* procedure;
-    const char* table;
-    const char* key;
-};
-
-constexpr KeyTable kKeyTables[] = {
-    {"NewPatIns", "PATINS", "PatInsID"},
-    {"NewPatient", "PATIENT", "PatientID"},
-    {"NewDoc", "PHYSIC", "MDID"},
-    {"NewDrug", "DRUG", "DrugID"},
-    {"NewFacility", "Facility", "FacilityID"},
-    {"NewInsurance", "INSURANCE", "InsID"},
-};
-
 class CatalogueTest : public test::DatabaseFixture {
 protected:
     void SetUp() override {
         DatabaseFixture::SetUp();
         if (IsSkipped() || HasFatalFailure()) return;
-        for (const auto& t : kKeyTables) {
+        for (const auto& t : Procedures::newKeyProcedures()) {
             const bool coverage = qstrcmp(t.table, "PATINS") == 0;
             createTable(QStringLiteral("CREATE TABLE %1 (%2 @KEY@, Name @TEXT@%3)")
-                            .arg(QLatin1String(t.table), QLatin1String(t.key),
+                            .arg(QLatin1String(t.table), QLatin1String(t.keyColumn),
                                  coverage ? QStringLiteral(", InsID @INT@") : QString()));
         }
         catalogue().RxDB().setConnectionString(connectionString());
@@ -44,9 +29,9 @@ protected:
 };
 
 TEST_P(CatalogueTest, NewKeyProceduresInsertAnEmptyRow) {
-    for (const auto& t : kKeyTables) {
-        const qint32 first = Procedures::newKey(*db, QLatin1String(t.procedure));
-        EXPECT_EQ(Procedures::newKey(*db, QStringLiteral("dbo.") + QLatin1String(t.procedure)),
+    for (const auto& t : Procedures::newKeyProcedures()) {
+        const qint32 first = Procedures::newKey(*db, QLatin1String(t.name));
+        EXPECT_EQ(Procedures::newKey(*db, QStringLiteral("dbo.") + QLatin1String(t.name)),
                   first + 1);
         EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM %1 WHERE Name IS NULL")
                                  .arg(QLatin1String(t.table)))

@@ -117,12 +117,7 @@ TEST_P(ConnectionsTest, CheckConnectionReopensWhatFellClosed) {
              "0", "warning", "1", config.Title}));
 
     mdlMain::setConnection(db, QStringLiteral("Wrapper:Connection"));
-    if (backend() == Backend::PostgreSQL) {
-        const QVariant pid = db->Scalar(QStringLiteral("SELECT pg_backend_pid()"));
-        serverConnection()->Execute(QStringLiteral("SELECT pg_terminate_backend(?)"), {pid});
-    } else {
-        db->failNextStatement(err::LostLink);
-    }
+    loseLink(*db);
     EXPECT_EQ(caught([&] { db->Scalar(QStringLiteral("SELECT COUNT(*) FROM Store")); }).number,
               err::LostLink);
     rxdb().Close();

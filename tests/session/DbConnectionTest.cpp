@@ -169,12 +169,7 @@ TEST_P(DbConnectionTest, StatementTimeOut) {
 }
 
 TEST_P(DbConnectionTest, LostLinkClosesTheConnection) {
-    if (backend() == Backend::PostgreSQL) {
-        const QVariant pid = db->Scalar(QStringLiteral("SELECT pg_backend_pid()"));
-        serverConnection()->Execute(QStringLiteral("SELECT pg_terminate_backend(?)"), {pid});
-    } else {
-        db->failNextStatement(err::LostLink);
-    }
+    loseLink(*db);
     EXPECT_EQ(caught([&] { db->Scalar(QStringLiteral("SELECT COUNT(*) FROM Patient")); }).number,
               err::LostLink);
     EXPECT_EQ(db->State(), 0);

@@ -1,5 +1,6 @@
 #include "support/DatabaseFixture.h"
 
+#include "session/ErrorNumbers.h"
 #include "session/Failure.h"
 
 #include <QCoreApplication>
@@ -103,10 +104,15 @@ std::shared_ptr<DbConnection> DatabaseFixture::connect() const {
     return connection;
 }
 
-std::shared_ptr<DbConnection> DatabaseFixture::serverConnection() const {
-    auto connection = std::make_shared<DbConnection>(serverUrl());
-    connection->Open();
-    return connection;
+void DatabaseFixture::loseLink(DbConnection& connection) const {
+    if (backend() == Backend::SQLite) {
+        connection.failNextStatement(err::LostLink);
+        return;
+    }
+    const QVariant pid = connection.Scalar(QStringLiteral("SELECT pg_backend_pid()"));
+    DbConnection server(serverUrl());
+    server.Open();
+    server.Execute(QStringLiteral("SELECT pg_terminate_backend(?)"), {pid});
 }
 
 DatabaseFixture::Caught DatabaseFixture::caught(const std::function<void()>& step) {

@@ -43,9 +43,9 @@ protected:
     std::shared_ptr<DbConnection> connect() const;
     // Runs schema text with the Dialect's type tokens over db.
     void createTable(const QString& ddl);
-    // A connection to the server outside the test's database (PostgreSQL only), for
-    // ending another connection's backend.
-    std::shared_ptr<DbConnection> serverConnection() const;
+    // Makes the connection lose its link: on PostgreSQL its server process is ended from
+    // another connection; SQLite has no server, so the test hook stands in.
+    void loseLink(DbConnection& connection) const;
 
     // Open on the test's database for the whole test.
     std::shared_ptr<DbConnection> db;
