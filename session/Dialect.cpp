@@ -70,11 +70,16 @@ QVariant Dialect::bindable(const QVariant& value) {
             text.remove(QChar(0));
             return text;
         }
-        case QMetaType::QDateTime: return dateTimeText(value.toDateTime());
-        case QMetaType::QDate: return dateTimeText(QDateTime(value.toDate(), QTime(0, 0)));
-        case QMetaType::Bool: return value.toBool() ? 1 : 0;
-        case QMetaType::QByteArray: return value;
-        default: break;
+        case QMetaType::QDateTime:
+            return dateTimeText(value.toDateTime());
+        case QMetaType::QDate:
+            return dateTimeText(QDateTime(value.toDate(), QTime(0, 0)));
+        case QMetaType::Bool:
+            return value.toBool() ? 1 : 0;
+        case QMetaType::QByteArray:
+            return value;
+        default:
+            break;
     }
     return value;
 }

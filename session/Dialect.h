@@ -24,7 +24,7 @@ enum class Backend { SQLite, PostgreSQL };
 //     @BIT@        smallint  (a 0/1 flag; see TableRegistry)    INTEGER
 //     @MONEY@      numeric(19,4)                                NUMERIC
 //     @DOUBLE@     double precision                             REAL
-//     @DATETIME@   timestamp(0) without time zone               DATETIME  (text "YYYY-MM-DD HH:MM:SS")
+//     @DATETIME@   timestamp(0) without time zone               DATETIME (text, to the second)
 //     @TEXT@       text                                         TEXT
 //     @BLOB@       bytea                                        BLOB
 //     @NOW@        LOCALTIMESTAMP(0)                            (datetime('now','localtime'))

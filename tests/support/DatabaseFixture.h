@@ -1,6 +1,7 @@
 #pragma once
 
 #include "session/DbConnection.h"
+#include "support/QtPrinters.h"
 #include "support/SessionFixture.h"
 
 #include <QString>
@@ -23,6 +24,14 @@ namespace tvrx::test {
 //     TEST_P(MyTest, Something) { db->Execute(...); }
 //     TVRX_BACKENDS(MyTest);
 class DatabaseFixture : public SessionFixture, public ::testing::WithParamInterface<Backend> {
+public:
+    // The failure a step raised: its number (0 when it raised none) and description.
+    struct Caught {
+        long number = 0;
+        QString description;
+    };
+    static Caught caught(const std::function<void()>& step);
+
 protected:
     void SetUp() override;
     void TearDown() override;
@@ -34,16 +43,9 @@ protected:
     std::shared_ptr<DbConnection> connect() const;
     // Runs schema text with the Dialect's type tokens over db.
     void createTable(const QString& ddl);
-    // A connection to the server outside the test's database (PostgreSQL only), for
-    // ending another connection's backend.
-    std::shared_ptr<DbConnection> serverConnection() const;
-
-    // The failure a step raised: its number (0 when it raised none) and description.
-    struct Caught {
-        long number = 0;
-        QString description;
-    };
-    static Caught caught(const std::function<void()>& step);
+    // Makes the connection lose its link: on PostgreSQL its server process is ended from
+    // another connection; SQLite has no server, so the test hook stands in.
+    void loseLink(DbConnection& connection) const;
 
     // Open on the test's database for the whole test.
     std::shared_ptr<DbConnection> db;
@@ -57,8 +59,7 @@ std::string backendName(const ::testing::TestParamInfo<Backend>& info);
 
 }  // namespace tvrx::test
 
-#define TVRX_BACKENDS(suite)                                                             \
-    INSTANTIATE_TEST_SUITE_P(Backends, suite,                                            \
-                             ::testing::Values(::tvrx::Backend::SQLite,                  \
-                                               ::tvrx::Backend::PostgreSQL),             \
-                             ::tvrx::test::backendName)
+#define TVRX_BACKENDS(suite)                                                                      \
+    INSTANTIATE_TEST_SUITE_P(                                                                     \
+        Backends, suite, ::testing::Values(::tvrx::Backend::SQLite, ::tvrx::Backend::PostgreSQL), \
+        ::tvrx::test::backendName)
