@@ -74,9 +74,13 @@ Answer ConsoleUserInteraction::MsgBox(const QString& text, Buttons buttons, Icon
     const Answer fallback = defaultAnswer(buttons, defaultButton);
     QStringList names;
     for (Answer answer : allowed) names.append(answerName(answer));
-    const QString heading = icon == Icon::None ? title : title + QStringLiteral(" (") + iconName(icon) + QStringLiteral(")");
-    say(QStringLiteral("[%1] %2").arg(heading, QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"))));
-    const QString prompt = QStringLiteral("%1 [%2]?").arg(names.join(QLatin1Char('/')), answerName(fallback));
+    const QString heading =
+        icon == Icon::None ? title
+                           : title + QStringLiteral(" (") + iconName(icon) + QStringLiteral(")");
+    say(QStringLiteral("[%1] %2").arg(
+        heading, QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"))));
+    const QString prompt =
+        QStringLiteral("%1 [%2]?").arg(names.join(QLatin1Char('/')), answerName(fallback));
     for (;;) {
         const auto typed = ask(prompt);
         if (!typed) {
@@ -125,8 +129,7 @@ int ConsoleUserInteraction::Choose(const QString& captions, int buttonCount, int
     }
 }
 
-std::optional<int> ConsoleUserInteraction::PickRow(const QString& title,
-                                                   const QStringList& columns,
+std::optional<int> ConsoleUserInteraction::PickRow(const QString& title, const QStringList& columns,
                                                    const QList<QStringList>& rows) {
     say(QStringLiteral("[%1]").arg(title));
     say(QStringLiteral("      ") + columns.join(QStringLiteral(" | ")));

@@ -11,7 +11,7 @@
 //
 // Strict conversions (the "To" functions) raise a Failure: overflow 6 for a value out of
 // range, type mismatch 13 for a text that is not a number, invalid use of Null 94 for a
-// null. Everything else never fails.
+// null. Everything else never fails, except Val on a number no double can hold.
 namespace tvrx::conv {
 
 // ---- Lenient reading -------------------------------------------------------------
@@ -19,7 +19,9 @@ namespace tvrx::conv {
 // The numeric value of a text: its leading number, 0 when it has none. Blanks, tabs and
 // line feeds are skipped wherever they stand; then an optional sign, digits, at most one
 // decimal point, an optional exponent (E or D); "&H" and "&O" read hexadecimal and octal;
-// reading stops at the first other character.
+// reading stops at the first other character. It never reports anything for a text
+// without a number; it raises overflow 6 only for a number beyond a double's range
+// ("1E400") or a hexadecimal or octal literal wider than 32 bits.
 double Val(const QString& text);
 
 // ---- Strict conversions ------------------------------------------------------------
@@ -29,7 +31,7 @@ qint16 ToInteger(const QVariant& value);  // 16-bit, fractions round half to eve
 qint32 ToLong(const QVariant& value);     // 32-bit, fractions round half to even
 double ToDouble(const QVariant& value);
 double ToCurrency(const QVariant& value);  // rounded to four places, half to even
-QDateTime ToDate(const QVariant& value);
+QDateTime ToDate(const QVariant& value);   // local time, to the second
 bool ToBoolean(const QVariant& value);
 
 // Strict 16-bit and 32-bit narrowing of a double, as an assignment to such a member does.
@@ -61,7 +63,8 @@ QString NumberTextRTrimmed(double value);
 
 // Formats with a picture: "0", "00", ... (at least n digits, a tie away from zero, never
 // cut; a minus sign stands in front and does not count among the digits), the money
-// pictures "$ #.00", "$ 0.00", "##0.00 %", "#######", and "0.00"-style pictures.
+// pictures "$ #.00", "$ 0.00", "##0.00 %", "#######", and "0.00"-style pictures. The
+// value is rounded on its 15-digit text, so it formats as its NumberText would.
 QString Format(double value, const QString& picture);
 // The locale's currency form ("$1,234.50", "($1,234.50)" for negatives).
 QString FormatCurrency(double value);

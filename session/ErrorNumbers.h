@@ -19,6 +19,7 @@ inline constexpr long PathNotFound = 76;
 inline constexpr long ObjectVariableNotSet = 91;
 inline constexpr long InvalidUseOfNull = 94;
 inline constexpr long CannotCreateObject = 429;
+inline constexpr long DuplicateKey = 457;
 inline constexpr long NoCurrentRecord = 3021;
 inline constexpr long NotUpdatable = 3251;
 inline constexpr long ItemNotFound = 3265;
@@ -27,9 +28,9 @@ inline constexpr long ObjectOpen = 3705;
 inline constexpr long ConnectionUnusable = 3709;
 
 // The database layer's numbers, in the signed form in which they reach a handler.
-inline constexpr long LostLink = -2147467259;         // 0x80004005
-inline constexpr long StatementError = -2147217900;   // 0x80040E14
-inline constexpr long TimedOut = -2147217846;         // 0x80040E4A
+inline constexpr long LostLink = -2147467259;            // 0x80004005
+inline constexpr long StatementError = -2147217900;      // 0x80040E14
+inline constexpr long TimedOut = -2147217846;            // 0x80040E4A
 inline constexpr long ConstraintViolated = -2147217873;  // 0x80040E2F
 
 }  // namespace tvrx::err

@@ -29,6 +29,8 @@ constexpr std::array kStandardTexts{
     NumberText{err::ObjectVariableNotSet, "Object variable or With block variable not set"},
     NumberText{err::InvalidUseOfNull, "Invalid use of Null"},
     NumberText{err::CannotCreateObject, "ActiveX component can't create object"},
+    NumberText{err::DuplicateKey,
+               "This key is already associated with an element of this collection"},
     NumberText{err::NoCurrentRecord,
                "Either BOF or EOF is True, or the current record has been deleted. Requested "
                "operation requires a current record."},
@@ -65,7 +67,9 @@ QString Failure::standardDescription(long number) {
     return QStringLiteral("Application-defined or object-defined error");
 }
 
-void fail(long number) { throw Failure(number); }
+void fail(long number) {
+    throw Failure(number);
+}
 
 void fail(long number, const QString& description, const QString& source) {
     throw Failure(number, description, source);

@@ -7,8 +7,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <cstdio>
@@ -32,9 +32,9 @@ FileErrorReporter::FileErrorReporter(QString logPath) : logPath_(std::move(logPa
 }
 
 void FileErrorReporter::ReportError(const QString& description, const QString& number,
-                                    const QString& source, qint32 line,
-                                    const QString& location, const QString& details,
-                                    bool flag1, bool flag2, bool flag3, bool flag4) {
+                                    const QString& source, qint32 line, const QString& location,
+                                    const QString& details, bool flag1, bool flag2, bool flag3,
+                                    bool flag4) {
     QJsonObject entry{
         {QStringLiteral("time"), timestamp()},
         {QStringLiteral("store"), storeName()},

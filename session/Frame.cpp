@@ -10,9 +10,9 @@
 
 namespace tvrx {
 
-Frame::Frame(const char* label) : label_(QString::fromLatin1(label)) {}
-
-Frame::Frame(QString label) : label_(std::move(label)) {}
+QString Frame::label() const {
+    return literalLabel_ != nullptr ? QString::fromLatin1(literalLabel_) : label_;
+}
 
 Frame& Frame::on(long number, OnFailure handling, std::function<void()> box) {
     specials_.push_back({number, handling, std::move(box)});
@@ -55,10 +55,14 @@ void Frame::handle(long number, const QString& description, const QString& sourc
         }
         switch (special.handling) {
             case OnFailure::BoxAndLeave:
-            case OnFailure::LeaveSilently: left_ = true; return;
+            case OnFailure::LeaveSilently:
+                left_ = true;
+                return;
             case OnFailure::BoxAndContinue:
-            case OnFailure::ContinueSilently: return;
-            case OnFailure::Report: break;
+            case OnFailure::ContinueSilently:
+                return;
+            case OnFailure::Report:
+                break;
         }
         break;
     }
@@ -71,7 +75,7 @@ void Frame::handle(long number, const QString& description, const QString& sourc
         }
     }
     reportFailure(description, number, source.isEmpty() ? QStringLiteral("TVRX1") : source, line,
-                  label_, details);
+                  label(), details);
 }
 
 void reportFailure(const QString& description, long number, const QString& source, qint32 line,
@@ -81,8 +85,8 @@ void reportFailure(const QString& description, long number, const QString& sourc
                                         location, details, true, false, true, true);
     } catch (...) {
         // The reporter is the last resort; if it fails, say so on the console and go on.
-        std::fprintf(stderr, "%s: %ld %s (the error report itself failed)\n",
-                     qPrintable(location), number, qPrintable(description));
+        std::fprintf(stderr, "%s: %ld %s (the error report itself failed)\n", qPrintable(location),
+                     number, qPrintable(description));
     }
 }
 

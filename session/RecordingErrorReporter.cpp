@@ -27,8 +27,8 @@ void RecordingErrorReporter::setStoreEMail(const QString& value) {
 
 void RecordingErrorReporter::setReporterOption(bool value) {
     ErrorReporterBase::setReporterOption(value);
-    assignments_.append(
-        {QStringLiteral("ReporterOption"), value ? QStringLiteral("True") : QStringLiteral("False")});
+    assignments_.append({QStringLiteral("ReporterOption"),
+                         value ? QStringLiteral("True") : QStringLiteral("False")});
 }
 
 void RecordingErrorReporter::setVersion(const QString& value) {

@@ -12,22 +12,32 @@ constexpr int kNoRow = -1;
 
 QString kindName(ScriptedUserInteraction::Kind kind) {
     switch (kind) {
-        case ScriptedUserInteraction::Kind::MsgBox: return QStringLiteral("MsgBox");
-        case ScriptedUserInteraction::Kind::InputBox: return QStringLiteral("InputBox");
-        case ScriptedUserInteraction::Kind::Choose: return QStringLiteral("Choose");
-        case ScriptedUserInteraction::Kind::PickRow: return QStringLiteral("PickRow");
-        case ScriptedUserInteraction::Kind::ShowForm: return QStringLiteral("ShowForm");
+        case ScriptedUserInteraction::Kind::MsgBox:
+            return QStringLiteral("MsgBox");
+        case ScriptedUserInteraction::Kind::InputBox:
+            return QStringLiteral("InputBox");
+        case ScriptedUserInteraction::Kind::Choose:
+            return QStringLiteral("Choose");
+        case ScriptedUserInteraction::Kind::PickRow:
+            return QStringLiteral("PickRow");
+        case ScriptedUserInteraction::Kind::ShowForm:
+            return QStringLiteral("ShowForm");
     }
     return {};
 }
 
 QString ScriptedUserInteraction::Call::title() const {
     switch (kind) {
-        case Kind::MsgBox: return args.value(4);
-        case Kind::InputBox: return args.value(1);
-        case Kind::Choose: return args.value(3);
-        case Kind::PickRow: return args.value(0);
-        case Kind::ShowForm: return args.value(1);
+        case Kind::MsgBox:
+            return args.value(4);
+        case Kind::InputBox:
+            return args.value(1);
+        case Kind::Choose:
+            return args.value(3);
+        case Kind::PickRow:
+            return args.value(0);
+        case Kind::ShowForm:
+            return args.value(1);
     }
     return {};
 }
@@ -55,7 +65,8 @@ void ScriptedUserInteraction::answerShowForm(int result) {
     answers_.push_back({Kind::ShowForm, result});
 }
 
-void ScriptedUserInteraction::setUnexpectedCallHandler(std::function<void(const QString&)> handler) {
+void ScriptedUserInteraction::setUnexpectedCallHandler(
+    std::function<void(const QString&)> handler) {
     onUnexpected_ = std::move(handler);
 }
 
@@ -76,8 +87,8 @@ std::optional<QVariant> ScriptedUserInteraction::take(Kind kind, const Call& cal
     calls_.append(call);
     if (permissive_) return std::nullopt;
     if (answers_.empty() || answers_.front().kind != kind) {
-        const QString expected = answers_.empty() ? QStringLiteral("nothing")
-                                                  : kindName(answers_.front().kind);
+        const QString expected =
+            answers_.empty() ? QStringLiteral("nothing") : kindName(answers_.front().kind);
         onUnexpected_(QStringLiteral("Unexpected %1 (%2) while %3 was expected")
                           .arg(kindName(kind), call.args.join(QStringLiteral(" | ")), expected));
         return std::nullopt;

@@ -40,24 +40,36 @@ Answer defaultAnswer(Buttons buttons, int defaultButton) {
 
 QString answerName(Answer answer) {
     switch (answer) {
-        case Answer::OK: return QStringLiteral("OK");
-        case Answer::Cancel: return QStringLiteral("Cancel");
-        case Answer::Abort: return QStringLiteral("Abort");
-        case Answer::Retry: return QStringLiteral("Retry");
-        case Answer::Ignore: return QStringLiteral("Ignore");
-        case Answer::Yes: return QStringLiteral("Yes");
-        case Answer::No: return QStringLiteral("No");
+        case Answer::OK:
+            return QStringLiteral("OK");
+        case Answer::Cancel:
+            return QStringLiteral("Cancel");
+        case Answer::Abort:
+            return QStringLiteral("Abort");
+        case Answer::Retry:
+            return QStringLiteral("Retry");
+        case Answer::Ignore:
+            return QStringLiteral("Ignore");
+        case Answer::Yes:
+            return QStringLiteral("Yes");
+        case Answer::No:
+            return QStringLiteral("No");
     }
     return {};
 }
 
 QString iconName(Icon icon) {
     switch (icon) {
-        case Icon::None: return QString();
-        case Icon::Critical: return QStringLiteral("critical");
-        case Icon::Question: return QStringLiteral("question");
-        case Icon::Exclamation: return QStringLiteral("warning");
-        case Icon::Information: return QStringLiteral("information");
+        case Icon::None:
+            return QString();
+        case Icon::Critical:
+            return QStringLiteral("critical");
+        case Icon::Question:
+            return QStringLiteral("question");
+        case Icon::Exclamation:
+            return QStringLiteral("warning");
+        case Icon::Information:
+            return QStringLiteral("information");
     }
     return {};
 }

@@ -14,17 +14,19 @@ const std::vector<Command>& commands() {
 }
 
 int usageError(const Command& command, const QString& problem) {
-    std::fprintf(stderr, "tvrx %s: %s\nusage: %s\n", qPrintable(command.name),
-                 qPrintable(problem), qPrintable(command.usage));
+    std::fprintf(stderr, "tvrx %s: %s\nusage: %s\n", qPrintable(command.name), qPrintable(problem),
+                 qPrintable(command.usage));
     return kExitUsage;
 }
 
 namespace {
 
 void printHelp(std::FILE* out) {
-    std::fputs("usage: tvrx <command> [arguments]\n\n"
-               "TVRX1, the prescription processing library of Tessivar, from the command line.\n\n"
-               "commands:\n", out);
+    std::fputs(
+        "usage: tvrx <command> [arguments]\n\n"
+        "TVRX1, the prescription processing library of Tessivar, from the command line.\n\n"
+        "commands:\n",
+        out);
     for (const auto& command : commands()) {
         std::fprintf(out, "  %-12s %s\n", qPrintable(command.name), qPrintable(command.synopsis));
     }
@@ -37,7 +39,8 @@ int run(const QStringList& arguments) {
         return kExitUsage;
     }
     const QString& name = arguments.first();
-    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
+    if (name == QLatin1String("--help") || name == QLatin1String("-h") ||
+        name == QLatin1String("help")) {
         printHelp(stdout);
         return kExitOk;
     }

@@ -21,7 +21,8 @@ protected:
         mdlMain::resetSession();
         reporter = std::make_shared<RecordingErrorReporter>();
         user = std::make_shared<ScriptedUserInteraction>();
-        user->setUnexpectedCallHandler([](const QString& message) { ADD_FAILURE() << message.toStdString(); });
+        user->setUnexpectedCallHandler(
+            [](const QString& message) { ADD_FAILURE() << message.toStdString(); });
         clock = std::make_shared<FixedClock>(QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53)));
         mdlMain::ErrorReporter = reporter;
         mdlMain::UserService = user;
