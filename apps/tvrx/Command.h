@@ -30,5 +30,7 @@ int usageError(const Command& command, const QString& problem);
 // Each sub-command file defines one of these.
 Command encodeCommand();
 Command initCommand();
+Command planCommand();
+Command showCommand();
 
 }  // namespace tvrx::cli

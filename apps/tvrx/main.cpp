@@ -10,6 +10,8 @@ const std::vector<Command>& commands() {
     static const std::vector<Command> all{
         encodeCommand(),
         initCommand(),
+        showCommand(),
+        planCommand(),
     };
     return all;
 }
