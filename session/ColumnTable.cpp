@@ -144,7 +144,12 @@ QVariant convertTo(ValueType type, const QVariant& value) {
     return value;
 }
 
-QVariant boundValue(const ColumnSpec& column, const QVariant& propertyValue) {
+QVariant boundValue(const ColumnSpec& column, const QVariant& value) {
+    // A currency member of the platform held four decimal places whatever was assigned
+    // to it; the database must not round a fifth place its own way.
+    const QVariant propertyValue = column.type == ValueType::Currency && !isNull(value)
+                                       ? QVariant(conv::RoundCurrency(value.toDouble()))
+                                       : value;
     const WriteForm& form = column.write;
     switch (form.kind) {
         case WriteForm::Kind::NotWritten:

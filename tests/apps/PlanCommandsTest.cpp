@@ -1,40 +1,19 @@
 #include "support/DatabaseFixture.h"
-
-#include <QFileInfo>
-#include <QProcess>
-#include <QProcessEnvironment>
+#include "support/TvrxProgram.h"
 
 namespace tvrx {
 namespace {
 
-const QString kProgram = QStringLiteral(TVRX_BINARY_DIR "/apps/tvrx");
-
-struct ProgramRun {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-ProgramRun runTvrx(const QStringList& args, const QString& database = {}) {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("TVRX_DB"));
-    if (!database.isEmpty()) environment.insert(QStringLiteral("TVRX_DB"), database);
-    process.setProcessEnvironment(environment);
-    process.start(kProgram, args);
-    process.closeWriteChannel();
-    process.waitForFinished(120000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
+using test::programBuilt;
+using test::ProgramRun;
+using test::runTvrx;
 
 // "tvrx show plan|coverage" and "tvrx plan add" over the sample pharmacy. The lookups of the
 // plan directory itself are tested with fixture plans in tests/records.
 class PlanCommandsTest : public test::DatabaseFixture {};
 
 TEST_P(PlanCommandsTest, ShowsAndAddsPlans) {
-    if (!QFileInfo(kProgram).isExecutable()) GTEST_SKIP() << "the command-line host is not built";
+    if (!programBuilt()) GTEST_SKIP() << "the command-line host is not built";
     const QString url = connectionString();
     ASSERT_EQ(runTvrx({"init", "--db", url, "--sample"}).exitCode, 0);
 

@@ -12,51 +12,31 @@ using Kind = ScriptedUserInteraction::Kind;
 
 class InsuranceTest : public test::PlanFixture {};
 
+// A value of its own for the n-th property: a text with a quote, an amount with five
+// decimals, alternating flags.
+QVariant valueFor(ValueType type, const QString& name, int n) {
+    switch (type) {
+        case ValueType::Currency:
+            return n + 0.12345;
+        case ValueType::Text:
+            return name + QStringLiteral(" '") + QString::number(n);
+        case ValueType::Boolean:
+            return n % 2 == 0;
+        default:
+            return n;
+    }
+}
+
 // A plan with every member set, as the host would fill one.
 clsINSURANCE fullPlan() {
-    clsINSURANCE p;
-    p.InsCode = QStringLiteral("ACME07");
-    p.Name = QStringLiteral("O'Hara Mutual");
-    p.Address = QStringLiteral("1 Main St");
-    p.City = QStringLiteral("Norman");
-    p.State = QStringLiteral("OK");
-    p.Zip = QString::fromLatin1("73072\0\0\0\0\0", 10);
-    p.Phone = QStringLiteral("4055550100");
-    p.Fax = QStringLiteral("4055550101");
-    p.Notes = QStringLiteral("line one\r\nline two");
-    p.Contact = QStringLiteral("Desk");
-    p.Fee = 12.34567;
-    p.FeePS = 2;
-    p.Copay = 10;
-    p.CopayPS = 3;
-    p.GenericFee = 4.5;
-    p.GenericCopay = 5;
-    p.GenCopayPS = 4;
-    p.DaysSupply = true;
-    p.Basis = QStringLiteral("01");
-    p.Form = QStringLiteral("3C");
-    p.ID = QStringLiteral("4512345");
-    p.Invoice = QStringLiteral("INV");
-    p.UandC = false;
-    p.PatCopay = true;
-    p.DoctorID = QStringLiteral("DEA");
-    p.OnLineLimit = 4;
-    p.OnLinePhone = QStringLiteral("555");
-    p.Device = QStringLiteral("COM1");
-    p.ModemSpeed = QStringLiteral("9600");
-    p.DB = QStringLiteral("8");
-    p.SB = QStringLiteral("1");
-    p.Parity = QStringLiteral("N");
-    p.BIN = QStringLiteral("610011");
-    p.ProcNumb = QStringLiteral("O'NEIL");
-    p.BrandPT = 21;
-    p.GenericPT = 22;
-    p.OnLine = true;
-    p.Internet = false;
-    p.VendorID = QStringLiteral("V1");
-    p.ClaimFields = QStringLiteral("CA,MED");
-    p.IDQualifier = QStringLiteral("07");
-    return p;
+    clsINSURANCE plan;
+    int n = 0;
+    for (const auto& column : insuranceColumns().columns())
+        column.property.set(plan, valueFor(column.property.type, column.name, ++n));
+    plan.Zip = QString::fromLatin1("73072\0\0\0\0\0", 10);
+    plan.Notes = QStringLiteral("line one\r\nline two");
+    plan.OnLine = true;
+    return plan;
 }
 
 TEST_P(InsuranceTest, UpdateThenGetDataGivesBackEveryMember) {
@@ -70,7 +50,10 @@ TEST_P(InsuranceTest, UpdateThenGetDataGivesBackEveryMember) {
     EXPECT_TRUE(reporter->reports().isEmpty());
     clsINSURANCE expected = written;
     expected.Zip = QStringLiteral("73072");  // character 0 is never stored
-    expected.Fee = 12.3457;                  // currency keeps four places
+    for (double* amount :
+         {&expected.Fee, &expected.Copay, &expected.GenericFee, &expected.GenericCopay}) {
+        *amount = conv::RoundCurrency(*amount);  // currency keeps four places
+    }
     for (const auto& column : insuranceColumns().columns()) {
         EXPECT_EQ(column.property.get(read), column.property.get(expected))
             << column.name.toStdString();

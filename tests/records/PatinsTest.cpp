@@ -161,6 +161,21 @@ TEST_P(PatinsTest, DeleteRemovesTheRow) {
     EXPECT_TRUE(reporter->reports().isEmpty());
 }
 
+TEST_P(PatinsTest, ConnectionFailuresCarryEachRecordsLabel) {
+    const struct {
+        QString label;
+        std::function<void(std::shared_ptr<DbConnection>)> hand;
+    } records[] = {
+        {"clsDrug:Connection", [](auto c) { PATINS().setConnection(std::move(c)); }},
+        {"clsINSURANCE:Connection", [](auto c) { clsINSURANCE().setConnection(std::move(c)); }},
+    };
+    for (const auto& record : records) {
+        reporter->clear();
+        record.hand(std::make_shared<DbConnection>(QStringLiteral("sqlite:///no/such/folder.db")));
+        EXPECT_EQ(failuresOf(record.label), std::vector<long>{err::LostLink});
+    }
+}
+
 TVRX_BACKENDS(PatinsTest);
 
 }  // namespace
