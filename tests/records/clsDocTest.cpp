@@ -1,5 +1,6 @@
 #include "records/PropertyCases.h"
 #include "records/clsDoc.h"
+#include "session/ErrorNumbers.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
 #include "support/SchemaFixture.h"
@@ -84,6 +85,23 @@ TEST_P(clsDocTest, ANullDateReadsAsZeroAndIsWrittenLikeAnyOther) {
     EXPECT_EQ(db->OpenRecordSet("SELECT DateLastSeen FROM PHYSIC").Fields(0).toDateTime(),
               conv::ZeroDate());
     EXPECT_TRUE(reporter->reports().isEmpty()) << test::reportsText(*reporter);
+}
+
+// A key beyond 32 bits in ImportID is one overflow; the other columns still read.
+TEST_P(clsDocTest, ABadColumnIsOneReportAndTheRestStillReads) {
+    if (backend() == Backend::PostgreSQL)
+        db->Execute("ALTER TABLE PHYSIC ALTER COLUMN ImportID TYPE bigint");
+    db->Execute("UPDATE PHYSIC SET ImportID = 3000000000, EMail = 'a@b.example' WHERE MDID = ?",
+                {id});
+    clsDoc doc;
+    doc.MDID = id;
+    doc.ImportID = 7;
+    doc.GetData();
+    ASSERT_EQ(reporter->reports().size(), 1) << test::reportsText(*reporter);
+    EXPECT_EQ(reporter->reports().at(0).location, "clsDoc:GetData");
+    EXPECT_EQ(reporter->reports().at(0).number, QString::number(err::Overflow));
+    EXPECT_EQ(doc.ImportID, 7);
+    EXPECT_EQ(doc.EMail, "a@b.example");
 }
 
 TEST_P(clsDocTest, AnUnknownOrZeroKeyLeavesTheObjectAsItWas) {
