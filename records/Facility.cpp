@@ -54,18 +54,11 @@ const ColumnOrder& updateOrder() {
 
 }  // namespace
 
+// The whole row is selected; the key itself is not read back.
 void Facility::GetData() {
     const ColumnTable<C>& table = facilityColumns();
     Frame frame("Facility:GetData");
-    RecordSet rs;
-    frame([&] { rs = records::mainConnection().OpenRecordSet(table.selectAll(), {FacilityID}); });
-    // A test that fails resumes inside its block, as the original handler did.
-    bool atEnd = false;
-    frame([&] { atEnd = rs.Eof(); });
-    if (!atEnd) table.read(frame, rs, *this);
-    frame([&] {
-        if (rs.State() == 1) rs.Close();
-    });
+    records::loadRow(frame, table, table.selectAll(), FacilityID, *this, table.all());
 }
 
 void Facility::Update() {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "records/MainConnection.h"
 #include "session/Clock.h"
 #include "session/ColumnTable.h"
+#include "session/DbConnection.h"
+#include "session/Frame.h"
 #include "session/Session.h"
 
 namespace tvrx::records {
@@ -23,6 +26,23 @@ ColumnOrder readColumns(const ColumnTable<Record>& table) {
             order.push_back(i);
     }
     return order;
+}
+
+// The GetData of a plain record: opens the query for the key on the main connection and,
+// if it has a row, reads the order's columns into the record, one frame step each; a
+// missing row leaves the record as it was. A failed test for the row reads on, as the
+// original handler resumed inside the block. The record set is closed at the end.
+template <class Record>
+void loadRow(Frame& frame, const ColumnTable<Record>& table, const QString& query,
+             const QVariant& key, Record& record, const ColumnOrder& order) {
+    RecordSet rs;
+    frame([&] { rs = mainConnection().OpenRecordSet(query, {key}); });
+    bool hasRow = true;
+    frame([&] { hasRow = !rs.Eof(); });
+    if (hasRow) table.read(frame, rs, record, order);
+    frame([&] {
+        if (rs.State() == 1) rs.Close();
+    });
 }
 
 // A zip code read as ZipString makes it of the column's text: "73072-5555", or the digits

@@ -85,17 +85,7 @@ void clsDoc::GetData() {
     if (!mdlMain::CheckConnection()) return;
     const ColumnTable<C>& table = docColumns();
     Frame frame("clsDoc:GetData");
-    RecordSet rs;
-    frame([&] {
-        rs = records::mainConnection().OpenRecordSet(table.selectList(readOrder()), {MDID});
-    });
-    // A test that fails resumes inside its block, as the original handler did.
-    bool hasRows = true;
-    frame([&] { hasRows = rs.RecordCount() != 0; });
-    if (hasRows) table.read(frame, rs, *this, readOrder());
-    frame([&] {
-        if (rs.State() == 1) rs.Close();
-    });
+    records::loadRow(frame, table, table.selectList(readOrder()), MDID, *this, readOrder());
 }
 
 void clsDoc::Update() {

@@ -197,17 +197,7 @@ void clsPatient::GetData() {
     const ColumnTable<C>& table = patientColumns();
     Frame frame("clsPatient:GetData");
     frame.on(err::TimedOut, OnFailure::BoxAndLeave, showConnectionFailure);
-    RecordSet rs;
-    frame([&] {
-        rs = records::mainConnection().OpenRecordSet(table.selectList(readOrder()), {PatientID});
-    });
-    // A test that fails resumes inside its block, as the original handler did.
-    bool hasRows = true;
-    frame([&] { hasRows = rs.RecordCount() > 0; });
-    if (hasRows) table.read(frame, rs, *this, readOrder());
-    frame([&] {
-        if (rs.State() == 1) rs.Close();
-    });
+    records::loadRow(frame, table, table.selectList(readOrder()), PatientID, *this, readOrder());
 }
 
 void clsPatient::Update() {
