@@ -45,6 +45,11 @@ void loadRow(Frame& frame, const ColumnTable<Record>& table, const QString& quer
     });
 }
 
+// A date written as "MM/DD/YYYY" between quotes: the day alone, without its time.
+inline WriteForm day() {
+    return WriteForm::date(QStringLiteral("MM/DD/YYYY"));
+}
+
 // A zip code read as ZipString makes it of the column's text: "73072-5555", or the digits
 // padded with NUL to ten characters.
 ReadForm zipOfText();

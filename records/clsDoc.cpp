@@ -16,10 +16,6 @@ using C = clsDoc;
 using R = ReadForm;
 using W = WriteForm;
 
-WriteForm day() {
-    return W::date(QStringLiteral("MM/DD/YYYY"));
-}
-
 }  // namespace
 
 // The columns in the order GetData selects and reads them, by position. The zip code and
@@ -42,7 +38,7 @@ const ColumnTable<clsDoc>& docColumns() {
             {"Telephone", member(&C::Telephone), records::phoneOfText().at(10), W::quotedRaw()},
             {"Telephone2", member(&C::Telephone2), records::phoneOfText().at(11), W::quotedRaw()},
             {"FaxNumber", member(&C::FaxNumber), records::phoneOfText().at(12), W::quotedRaw()},
-            {"DateLastSeen", member(&C::DateLastSeen), R::nullScreen(0).at(13), day()},
+            {"DateLastSeen", member(&C::DateLastSeen), R::nullScreen(0).at(13), records::day()},
             {"Practice", member(&C::Practice), R::text().at(14), W::quotedRaw()},
             {"Comments", member(&C::Comments), R::text().at(15), W::quotedDoubled()},
             {"DoctorCode", member(&C::DoctorCode), R::text().at(16), W::quotedRaw()},
@@ -53,7 +49,7 @@ const ColumnTable<clsDoc>& docColumns() {
             {"NumberOfScripts", member(&C::NumberOfScripts), R::nullScreen(0).at(21), W::number()},
             {"PriceAmount", member(&C::PriceAmount), R::nullScreen(0).at(22), W::number()},
             {"CostAmount", member(&C::CostAmount), R::nullScreen(0).at(23), W::number()},
-            {"LastRxDate", member(&C::LastRxDate), R::nullScreen(0).at(24), day()},
+            {"LastRxDate", member(&C::LastRxDate), R::nullScreen(0).at(24), records::day()},
             {"EMail", member(&C::EMail), R::text().at(25), W::quotedRaw()},
             {"ImportID", member(&C::ImportID), R::nullScreen(0).at(26), W::number()},
             {"DateChanged", records::presentTime<C>(), R::none(), W::value()},

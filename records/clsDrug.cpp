@@ -18,10 +18,6 @@ using C = clsDrug;
 using R = ReadForm;
 using W = WriteForm;
 
-WriteForm day() {
-    return W::date(QStringLiteral("MM/DD/YYYY"));
-}
-
 // The price dates are written cut to their first six characters.
 WriteForm firstSix() {
     return W::custom([](const QVariant& value) { return QVariant(value.toString().left(6)); });
@@ -74,7 +70,7 @@ const ColumnTable<clsDrug>& drugColumns() {
             {"MACUpdate", member(&C::MACUpdate), R::nullScreen(0).at(11), W::number()},
             {"Generic", member(&C::Generic), R::nullScreen(0).at(12), W::number()},
             {"PriceTableID", member(&C::PriceTableID), R::nullScreen(0).at(13), W::number()},
-            {"Expiration", member(&C::Expiration), R::nullScreen(0).at(14), day()},
+            {"Expiration", member(&C::Expiration), R::nullScreen(0).at(14), records::day()},
             {"Lot", member(&C::Lot), R::trimmed().at(15), W::quotedDoubled()},
             {"GCN", member(&C::GCN), R::trimmed().at(16), W::quotedRaw()},
             {"Compound", member(&C::Compound), R::nullScreen(0).at(17), W::number()},

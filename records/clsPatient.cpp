@@ -18,10 +18,6 @@ using C = clsPatient;
 using R = ReadForm;
 using W = WriteForm;
 
-WriteForm day() {
-    return W::date(QStringLiteral("MM/DD/YYYY"));
-}
-
 // The zip code is written without the NUL characters that ZipString pads it with.
 WriteForm withoutNul() {
     return W::custom(
@@ -67,7 +63,7 @@ const ColumnTable<clsPatient>& patientColumns() {
             {"Telephone", member(&C::Telephone), records::phoneOfText().at(14), W::quotedRaw()},
             {"Fax", member(&C::Fax), records::phoneOfText().at(15), W::quotedRaw()},
             {"Gender", member(&C::Gender), R::text().at(16), W::quotedRaw()},
-            {"Birthdate", member(&C::Birthdate), R::nullScreen(0).at(17), day()},
+            {"Birthdate", member(&C::Birthdate), R::nullScreen(0).at(17), records::day()},
             {"AccountNumber", member(&C::AccountNumber), R::text().at(18), W::quotedDoubled()},
             {"MedicalRecordNum", member(&C::MedicalRecordNum), R::text().at(19),
              W::quotedDoubled()},
@@ -96,13 +92,13 @@ const ColumnTable<clsPatient>& patientColumns() {
             {"EmployerID", member(&C::EmployerID), R::nullScreen(0), W::number()},
             {"InjuryType", member(&C::InjuryType), R::text(), W::quotedDoubled()},
             {"QBListID", member(&C::QBListID), R::text(), W::quotedRaw()},
-            {"InjuryDate", member(&C::InjuryDate), R::nullScreen(0), day()},
+            {"InjuryDate", member(&C::InjuryDate), R::nullScreen(0), records::day()},
             {"Spanish", member(&C::Spanish), R::nullScreen(0), W::number()},
             {"HIPPA", member(&C::HIPPA), R::nullScreen(0), W::number()},
             {"AutoCharge", member(&C::AutoCharge), R::nullScreen(0), W::number()},
             {"FacilityID", member(&C::FacilityID), R::text(), W::number()},
             {"MDID", member(&C::MDID), R::text(), W::number()},
-            {"AdmitDate", member(&C::AdmitDate), R::nullScreen(0), day()},
+            {"AdmitDate", member(&C::AdmitDate), R::nullScreen(0), records::day()},
             {"CCNumber", member(&C::CCNumber), R::text(), W::quotedDoubled()},
             {"CCExpMonth", member(&C::CCExpMonth), R::text(), W::quotedRaw()},
             {"CCExpYear", member(&C::CCExpYear), R::text(), W::quotedRaw()},
