@@ -17,8 +17,8 @@ namespace {
 // Every kind of record "tvrx show" prints, in the order the usage lists them.
 const std::vector<ShowKind>& showKinds() {
     static const std::vector<ShowKind> kinds{
-        showPlanKind(),
-        showCoverageKind(),
+        showPatientKind(), showPrescriberKind(), showDrugKind(),
+        showPlanKind(),    showCoverageKind(),   showFacilityKind(),
     };
     return kinds;
 }

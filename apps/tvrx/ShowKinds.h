@@ -40,6 +40,10 @@ void appendColumns(ShownRecord& shown, const ColumnTable<Record>& table, const R
 
 ShowKind showPlanKind();
 ShowKind showCoverageKind();
+ShowKind showPatientKind();
+ShowKind showPrescriberKind();
+ShowKind showDrugKind();
+ShowKind showFacilityKind();
 
 }  // namespace cli
 }  // namespace tvrx
