@@ -8,7 +8,6 @@
 #include "session/Encodings.h"
 #include "session/Frame.h"
 #include "session/Procedures.h"
-#include "session/TableRegistry.h"
 
 namespace tvrx {
 
@@ -35,17 +34,6 @@ constexpr int kFirstBelievableYear = 1900;
 
 // The drug's own dosing times: a row that names a patient holds that patient's times.
 const QString kOwnTimes = QStringLiteral("COALESCE(PatientID, 0) = 0 AND DrugID = ?");
-
-// The drug's times are changed through an updatable record set, which finds a row by
-// this key.
-void registerDrugTimes() {
-    static const bool registered = [] {
-        TableRegistry::registerTable(
-            {QStringLiteral("DrugTimes"), QStringLiteral("DrugTimesID"), {}});
-        return true;
-    }();
-    (void)registered;
-}
 
 }  // namespace
 
@@ -256,7 +244,6 @@ void clsDrug::Update() {
         records::mainConnection().Execute(update.sql, update.params);
     });
     RecordSet times;
-    registerDrugTimes();
     frame([&] {
         times = records::mainConnection().OpenUpdatable(QStringLiteral("DrugTimes"),
                                                         QStringLiteral("*"), kOwnTimes, {DrugID});

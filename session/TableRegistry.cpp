@@ -20,6 +20,7 @@ QList<TableRegistry::Table> builtInTables() {
          {QStringLiteral("Deleted"), QStringLiteral("OnLine"), QStringLiteral("Internet")}},
         {QStringLiteral("PHYSIC"), QStringLiteral("MDID"), {}},
         {QStringLiteral("DRUG"), QStringLiteral("DrugID"), {}},
+        {QStringLiteral("DrugTimes"), QStringLiteral("DrugTimesID"), {}},
         {QStringLiteral("Facility"), QStringLiteral("FacilityID"), {}},
         {QStringLiteral("Options"), QStringLiteral("OptionsID"), {}},
         {QStringLiteral("RPH"), QStringLiteral("RPhID"), {}},
