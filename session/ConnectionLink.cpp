@@ -315,7 +315,8 @@ RecordSet ConnectionLink::openUpdatable(const std::shared_ptr<ConnectionLink>& s
     requireUsable();
     QString key = TableRegistry::keyColumn(table);
     if (key.isEmpty()) {
-        const QSqlIndex primary = QSqlDatabase::database(name_, false).primaryIndex(table);
+        const QSqlIndex primary =
+            QSqlDatabase::database(name_, false).primaryIndex(dialect_.catalogName(table));
         if (primary.count() == 1) key = primary.fieldName(0);
     }
     if (key.isEmpty()) {

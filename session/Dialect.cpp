@@ -98,4 +98,8 @@ QDateTime Dialect::dateTimeFromText(const QString& text) {
                      QTime::fromString(text.mid(11), QStringLiteral("HH:mm:ss")));
 }
 
+QString Dialect::catalogName(const QString& identifier) const {
+    return backend_ == Backend::PostgreSQL ? identifier.toLower() : identifier;
+}
+
 }  // namespace tvrx

@@ -46,6 +46,9 @@ public:
 
     // Inserts a row of defaults only and returns its key as the statement's one row.
     QString insertEmptyRow(const QString& table, const QString& keyColumn) const;
+    // The name under which the database's catalogue keeps an unquoted identifier:
+    // PostgreSQL folds it to lower case, SQLite keeps it as written.
+    QString catalogName(const QString& identifier) const;
 
     // Schema text with the type tokens above replaced.
     QString ddl(const QString& text) const;

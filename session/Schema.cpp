@@ -4,6 +4,7 @@
 #include "session/EmbeddedFiles.h"
 #include "session/ErrorNumbers.h"
 #include "session/Failure.h"
+#include "session/TableRegistry.h"
 
 #include <QRegularExpression>
 #include <QSqlDatabase>
@@ -80,6 +81,30 @@ void applyMigration(DbConnection& connection, const Migration& migration) {
         for (const QString& statement : statements) connection.Execute(statement);
         recordVersion(connection, migration);
     });
+}
+
+struct CreatedTable {
+    QString name;
+    QString key;
+};
+
+// The tables the migrations create, each with its key column.
+std::vector<CreatedTable> createdTables() {
+    static const QRegularExpression createTable(
+        QStringLiteral("^CREATE\\s+TABLE\\s+(IF\\s+NOT\\s+EXISTS\\s+)?(\\w+)"),
+        QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression keyColumn(
+        QStringLiteral("(\\w+)\\s+(@KEY@|@INT@\\s+NOT\\s+NULL\\s+PRIMARY\\s+KEY)"));
+    std::vector<CreatedTable> tables;
+    for (const Migration& migration : schemaMigrations(Backend::SQLite)) {
+        for (const QString& statement : splitStatements(migration.text)) {
+            const auto created = createTable.match(statement);
+            if (!created.hasMatch()) continue;
+            const auto key = keyColumn.match(statement);
+            tables.push_back({created.captured(2), key.hasMatch() ? key.captured(1) : QString()});
+        }
+    }
+    return tables;
 }
 
 bool hasVersionTable(DbConnection& connection) {
@@ -189,23 +214,21 @@ SchemaReport applySchema(DbConnection& connection) {
         report.applied << migration.name;
     }
     report.versionAfter = schemaVersion(connection);
+    registerSchemaTables();
     return report;
 }
 
 QStringList schemaTables() {
-    static const QRegularExpression createTable(
-        QStringLiteral("^CREATE\\s+TABLE\\s+(IF\\s+NOT\\s+EXISTS\\s+)?(\\w+)"),
-        QRegularExpression::CaseInsensitiveOption);
-    QStringList tables;
-    for (const Migration& migration : schemaMigrations(Backend::SQLite)) {
-        for (const QString& statement : splitStatements(migration.text)) {
-            const auto match = createTable.match(statement);
-            if (match.hasMatch() && !tables.contains(match.captured(2), Qt::CaseInsensitive)) {
-                tables << match.captured(2);
-            }
-        }
+    QStringList names;
+    for (const CreatedTable& table : createdTables()) names << table.name;
+    return names;
+}
+
+void registerSchemaTables() {
+    for (const CreatedTable& table : createdTables()) {
+        TableRegistry::registerTable(
+            {table.name, table.key, TableRegistry::bitColumns(table.name)});
     }
-    return tables;
 }
 
 }  // namespace tvrx

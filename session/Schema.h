@@ -49,6 +49,11 @@ QStringList schemaTables();
 // classes run their statements one by one.
 void runInTransaction(DbConnection& connection, const std::function<void()>& work);
 
+// Tells the data layer the key column of every table the migrations create, so that an
+// updatable record set that selects no key still finds its rows. applySchema does it; a
+// program that opens a database made earlier calls it once before changing rows.
+void registerSchemaTables();
+
 // Splits schema text into statements at the semicolons that end them. Semicolons inside
 // quotes, comments, dollar-quoted function bodies and BEGIN ... END trigger bodies stay.
 QStringList splitStatements(const QString& text);

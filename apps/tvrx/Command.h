@@ -31,5 +31,7 @@ int usageError(const Command& command, const QString& problem);
 Command encodeCommand();
 Command exchangeCommand();
 Command initCommand();
+Command planCommand();
+Command showCommand();
 
 }  // namespace tvrx::cli

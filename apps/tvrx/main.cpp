@@ -11,6 +11,8 @@ const std::vector<Command>& commands() {
         encodeCommand(),
         exchangeCommand(),
         initCommand(),
+        showCommand(),
+        planCommand(),
     };
     return all;
 }

@@ -1,33 +1,15 @@
 #include "support/DatabaseFixture.h"
+#include "support/TvrxProgram.h"
 
-#include <QFileInfo>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
 namespace tvrx {
 namespace {
 
-const QString kProgram = QStringLiteral(TVRX_BINARY_DIR "/apps/tvrx");
-
-struct ProgramRun {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-ProgramRun runTvrx(const QStringList& args) {
-    QProcess process;
-    process.start(kProgram, args);
-    process.waitForFinished(120000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
-
-bool programBuilt() {
-    return QFileInfo(kProgram).isExecutable();
-}
+using test::programBuilt;
+using test::ProgramRun;
+using test::runTvrx;
 
 class InitCommandTest : public test::DatabaseFixture {};
 

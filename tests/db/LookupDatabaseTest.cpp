@@ -24,7 +24,9 @@ TEST(LookupDatabase, HoldsTheReferenceFilesRowByRow) {
         const char* table;
         const char* file;
         qsizetype rows;
-    } tables[] = {{"Reject", "reject_codes.tsv", 1382}, {"Conflict", "dur_conflict_codes.tsv", 61}};
+    } tables[] = {{"Reject", "reject_codes.tsv", 1382},
+                  {"Conflict", "dur_conflict_codes.tsv", 61},
+                  {"PlanDirectory", "plan_directory.tsv", 273}};
     for (const auto& t : tables) {
         const TabSeparated expected = referenceFile(t.file);
         ASSERT_TRUE(expected.error.isEmpty()) << t.file;

@@ -153,6 +153,15 @@ TEST_P(RecordSetTest, UpdatableResultFetchesAMissingKeyAlongside) {
     EXPECT_EQ(names(), QStringList({"Acme", "Bolt", "Zed"}));
 }
 
+TEST_P(RecordSetTest, UnregisteredTableFindsItsKeyInTheDatabaseCatalogue) {
+    createTable(QStringLiteral("CREATE TABLE Shelf (ShelfID @KEY@, Label @TEXT@)"));
+    db->Execute(QStringLiteral("INSERT INTO Shelf (Label) VALUES (?)"), {QStringLiteral("A1")});
+    RecordSet rs = db->OpenUpdatable(QStringLiteral("SHELF"), QStringLiteral("Label"));
+    rs.setField(QStringLiteral("Label"), QStringLiteral("B2"));
+    rs.Update();
+    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT Label FROM Shelf")).toString(), "B2");
+}
+
 TVRX_BACKENDS(RecordSetTest);
 
 }  // namespace

@@ -97,23 +97,11 @@ TEST_P(SamplePharmacyTest, IsASmallConsistentPharmacy) {
 
 TEST_P(SamplePharmacyTest, NewKeysComeAfterTheSamplesKeys) {
     ASSERT_TRUE(loadSamplePharmacy(*db).loaded);
-    const struct {
-        const char* procedure;
-        const char* table;
-        const char* key;
-    } cases[] = {
-        {"NewPatient", "PATIENT", "PatientID"},
-        {"NewPatIns", "PATINS", "PatInsID"},
-        {"NewDoc", "PHYSIC", "MDID"},
-        {"NewDrug", "DRUG", "DrugID"},
-        {"NewFacility", "Facility", "FacilityID"},
-        {"NewInsurance", "INSURANCE", "InsID"},
-    };
-    for (const auto& c : cases) {
+    ASSERT_EQ(Procedures::newKeyProcedures().size(), 6u);
+    for (const auto& c : Procedures::newKeyProcedures()) {
         const qlonglong highest =
-            count(QStringLiteral("SELECT MAX(%1) FROM %2").arg(c.key, c.table));
-        EXPECT_EQ(Procedures::newKey(*db, QString::fromLatin1(c.procedure)), highest + 1)
-            << c.procedure;
+            count(QStringLiteral("SELECT MAX(%1) FROM %2").arg(c.keyColumn, c.table));
+        EXPECT_EQ(Procedures::newKey(*db, QString::fromLatin1(c.name)), highest + 1) << c.name;
     }
 }
 

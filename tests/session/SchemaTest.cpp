@@ -228,6 +228,42 @@ TEST_P(SchemaColumnsTest, ColumnsKeepWhatTheRecordsNeed) {
     }
 }
 
+// The record sets that change rows of these tables select no key; the data layer finds it.
+TEST_P(SchemaColumnsTest, RecordSetsChangeRowsOfTablesTheySelectNoKeyFrom) {
+    const struct {
+        const char* table;
+        const char* columns;
+        const char* changed;
+    } cases[] = {
+        {"WANTBOOK", "DrugID, Date, OrderQty", "OrderQty"},
+        {"DrugTimes", "Times, DrugID", "DrugID"},
+        {"AutoRefill", "PatientName, SpecificDay", "SpecificDay"},
+    };
+    for (const auto& c : cases) {
+        const QString table = QString::fromLatin1(c.table);
+        const QString changed = QString::fromLatin1(c.changed);
+        RecordSet rs = db->OpenUpdatable(table, QString::fromLatin1(c.columns));
+        rs.AddNew();
+        rs.setField(changed, 3);
+        rs.Update();
+        rs.AddNew();
+        rs.setField(changed, 4);
+        rs.Update();
+        rs.Close();
+        rs = db->OpenUpdatable(table, QString::fromLatin1(c.columns),
+                               changed + QStringLiteral(" = 3"));
+        rs.setField(changed, 5);
+        rs.Update();
+        rs.Close();
+        const QString values = QStringLiteral("SELECT %1 FROM %2 ORDER BY %1").arg(changed, table);
+        RecordSet check = db->OpenRecordSet(values);
+        ASSERT_EQ(check.RecordCount(), 2) << c.table;
+        EXPECT_EQ(check.Fields(0).toInt(), 4) << c.table;
+        check.MoveNext();
+        EXPECT_EQ(check.Fields(0).toInt(), 5) << c.table;
+    }
+}
+
 TVRX_BACKENDS(SchemaTest);
 TVRX_BACKENDS(SchemaColumnsTest);
 

@@ -59,6 +59,13 @@ std::string backendName(const ::testing::TestParamInfo<Backend>& info);
 
 }  // namespace tvrx::test
 
+namespace tvrx {
+// Test names and messages show the back end by name.
+inline void PrintTo(Backend backend, std::ostream* out) {
+    *out << (backend == Backend::PostgreSQL ? "PostgreSQL" : "SQLite");
+}
+}  // namespace tvrx
+
 #define TVRX_BACKENDS(suite)                                                                      \
     INSTANTIATE_TEST_SUITE_P(                                                                     \
         Backends, suite, ::testing::Values(::tvrx::Backend::SQLite, ::tvrx::Backend::PostgreSQL), \
