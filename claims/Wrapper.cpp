@@ -1,6 +1,7 @@
 #include "claims/Wrapper.h"
 
 #include "claims/frmTransmit.h"
+#include "records/MainConnection.h"
 #include "session/AppConfig.h"
 #include "session/Clock.h"
 #include "session/Connections.h"
@@ -24,11 +25,6 @@ const QString kInsertClaim = QStringLiteral(
 
 int flag(bool value) {
     return value ? 1 : 0;
-}
-
-DbConnection& mainConnection() {
-    if (!mdlMain::MainConnection) fail(err::ObjectVariableNotSet);
-    return *mdlMain::MainConnection;
 }
 
 }  // namespace
@@ -108,7 +104,7 @@ void Wrapper::AddClaimRecord(qint32 RxInfoID, bool Response, bool Reversal, bool
                              const QString& ClaimText, const QString& HeaderText) {
     Frame frame("Wrapper:AddClaimRecord");
     frame([&] {
-        DbConnection& db = mainConnection();
+        DbConnection& db = records::mainConnection();
         db.Execute(
             kInsertClaim.arg(db.dialect().serverTime()),
             {RxInfoID, flag(Response), flag(Reversal), flag(OtherIns), ClaimText, HeaderText});

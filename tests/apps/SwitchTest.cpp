@@ -1,6 +1,7 @@
 #include "session/ClaimNotation.h"
 #include "support/ExchangeFixture.h"
 #include "support/SessionFixture.h"
+#include "support/TvrxProgram.h"
 
 #include <QDeadlineTimer>
 #include <QFileInfo>
@@ -13,7 +14,7 @@ namespace tvrx {
 namespace {
 
 const QString kSwitch = QStringLiteral(TVRX_BINARY_DIR "/apps/tvrx-switch");
-const QString kTvrx = QStringLiteral(TVRX_BINARY_DIR "/apps/tvrx");
+const QString kTvrx = test::kTvrxProgram;
 const QString kPaid = QStringLiteral("<STX>D0B1<GS><FS>F4CLAIM PAID");
 const QString kRejected = QStringLiteral("<STX>D0B1<GS><FS>FBRJ<FS>F4REJECTED");
 constexpr int kWaitMs = 5000;
@@ -85,7 +86,7 @@ private:
 };
 
 bool programsBuilt() {
-    return QFileInfo(kSwitch).isExecutable() && QFileInfo(kTvrx).isExecutable();
+    return QFileInfo(kSwitch).isExecutable() && test::programBuilt();
 }
 
 class SwitchTest : public test::ExchangeFixture<test::SessionFixture> {
