@@ -29,6 +29,7 @@ int usageError(const Command& command, const QString& problem);
 
 // Each sub-command file defines one of these.
 Command encodeCommand();
+Command exchangeCommand();
 Command initCommand();
 Command planCommand();
 Command showCommand();

@@ -1,7 +1,8 @@
-// Draws the error screen and the choice dialog off screen and saves them as PNG pictures
-// in the folder given, for the documentation.
+// Draws the error screen, the choice dialog and the transmit wait off screen and saves them
+// as PNG pictures in the folder given, for the documentation.
 #include "ui/ChoiceDialog.h"
 #include "ui/ErrorScreen.h"
+#include "ui/TransmitDialog.h"
 
 #include <QApplication>
 #include <QDir>
@@ -47,7 +48,20 @@ int main(int argc, char** argv) {
                        "insurance (Blue Plains). Click below on how you want to submit this "
                        "claim."));
 
+    // The wait 23 seconds in, and once the minute is over.
+    tvrx::frmTransmit form;
+    form.Delay = 60;
+    form.Form_Load();
+    for (int second = 0; second < 23; ++second) form.Timer1_Timer();
+    tvrx::TransmitDialog waiting;
+    waiting.showState(form);
+    for (int second = 23; second < 75; ++second) form.Timer1_Timer();
+    tvrx::TransmitDialog overtime;
+    overtime.showState(form);
+
     const bool ok = save(screen, folder.filePath(QStringLiteral("error-screen.png"))) &&
-                    save(choice, folder.filePath(QStringLiteral("choice-dialog.png")));
+                    save(choice, folder.filePath(QStringLiteral("choice-dialog.png"))) &&
+                    save(waiting, folder.filePath(QStringLiteral("transmit-dialog.png"))) &&
+                    save(overtime, folder.filePath(QStringLiteral("transmit-dialog-overtime.png")));
     return ok ? 0 : 1;
 }

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Rules.h"
+#include "claims/DirectoryWatch.h"
+
+#include <QString>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace tvrx::sw {
+
+// Stands in for the transmission program: collects each complete request (.clm) that
+// appears in the exchange directory and answers it with a response (.RSP) of the same
+// stem, chosen by the rules.
+//
+// A request is collected by renaming it to a hidden name in one step, so a request that
+// the library withdraws at that moment is either collected whole or not at all. The
+// response is written under a temporary name and renamed into place. Only then is the
+// collected request deleted: if anything fails on the way, it stays under its hidden
+// name and the log says so.
+class Switch {
+public:
+    Switch(QString directory, Rules rules, unsigned responseMode, std::FILE* log);
+
+    // Answers the requests already waiting, then watches. False when the directory cannot
+    // be watched for events; a poll each second finds the requests then.
+    bool start();
+
+private:
+    void take(const QString& name);
+    void logLine(const QString& text);
+    void logProblem(const QString& text);
+    QString pathOf(const QString& name) const;
+
+    QString directory_;
+    Rules rules_;
+    unsigned responseMode_;
+    std::FILE* log_;
+    DirectoryWatch watch_;
+    QTimer poll_;
+};
+
+}  // namespace tvrx::sw

@@ -1,0 +1,16 @@
+#include "claims/colRX.h"
+
+#include "session/Frame.h"
+
+namespace tvrx {
+
+colRX::Pointer colRX::Add(const QString& sKey) {
+    Pointer added;
+    Frame frame("colRX:Add");
+    frame([&] { added = std::make_shared<clsPrescription>(); });
+    frame([&] { added->PrintDevice = PrintDevice; });
+    frame([&] { items_.Add(added, sKey); });
+    return added;
+}
+
+}  // namespace tvrx

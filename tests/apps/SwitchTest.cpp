@@ -1,0 +1,203 @@
+#include "session/ClaimNotation.h"
+#include "support/ExchangeFixture.h"
+#include "support/SessionFixture.h"
+#include "support/TvrxProgram.h"
+
+#include <QDeadlineTimer>
+#include <QFileInfo>
+#include <QProcess>
+#include <QThread>
+
+#include <csignal>
+
+namespace tvrx {
+namespace {
+
+const QString kSwitch = QStringLiteral(TVRX_BINARY_DIR "/apps/tvrx-switch");
+const QString kTvrx = test::kTvrxProgram;
+const QString kPaid = QStringLiteral("<STX>D0B1<GS><FS>F4CLAIM PAID");
+const QString kRejected = QStringLiteral("<STX>D0B1<GS><FS>FBRJ<FS>F4REJECTED");
+constexpr int kWaitMs = 5000;
+
+void writeText(const QString& path, const QString& text) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text.toUtf8());
+}
+
+QByteArray bytesOf(const QString& notation) {
+    return fromNotation(notation).text.value_or(QString()).toLatin1();
+}
+
+// The rules and prepared responses of a test, in a folder apart from the exchange.
+class Prepared {
+public:
+    Prepared() {
+        writeText(folder_.filePath(QStringLiteral("paid.txt")), kPaid + QLatin1Char('\n'));
+        writeText(folder_.filePath(QStringLiteral("rejected.txt")), kRejected);
+        writeText(rules(), QStringLiteral("# answers of the test\n"
+                                          "if <FS>C2REJECT then rejected.txt\n"
+                                          "otherwise paid.txt\n"));
+    }
+    QString rules() const { return folder_.filePath(QStringLiteral("rules.txt")); }
+    QString path(const QString& name) const { return folder_.filePath(name); }
+
+private:
+    QTemporaryDir folder_;
+};
+
+// tvrx-switch running on an exchange directory, its log read line by line.
+class RunningSwitch {
+public:
+    RunningSwitch(const QString& directory, const QString& rules) {
+        process_.start(kSwitch,
+                       {QStringLiteral("--dir"), directory, QStringLiteral("--rules"), rules});
+        started_ = waitForLine(QStringLiteral("tvrx-switch: watching"));
+    }
+    ~RunningSwitch() {
+        if (process_.state() != QProcess::NotRunning) process_.kill();
+        process_.waitForFinished(kWaitMs);
+    }
+    bool started() const { return started_; }
+
+    bool waitForLine(const QString& part) {
+        const QDeadlineTimer deadline(kWaitMs);
+        while (!log_.contains(part)) {
+            if (!process_.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) {
+                return false;
+            }
+            log_ += QString::fromUtf8(process_.readAllStandardOutput());
+        }
+        return true;
+    }
+    // Stops the program as a service manager would; its exit code.
+    int stop() {
+        process_.terminate();
+        process_.waitForFinished(kWaitMs);
+        log_ += QString::fromUtf8(process_.readAllStandardOutput());
+        return process_.exitStatus() == QProcess::NormalExit ? process_.exitCode() : -1;
+    }
+    const QString& log() const { return log_; }
+
+private:
+    QProcess process_;
+    QString log_;
+    bool started_ = false;
+};
+
+bool programsBuilt() {
+    return QFileInfo(kSwitch).isExecutable() && test::programBuilt();
+}
+
+class SwitchTest : public test::ExchangeFixture<test::SessionFixture> {
+protected:
+    void SetUp() override {
+        ExchangeFixture::SetUp();
+        if (!programsBuilt()) GTEST_SKIP() << "the programs are not built";
+        face->tickEvery(50);
+        face->abortAfterTicks(kWaitMs / 50);
+    }
+    Prepared prepared;
+};
+
+TEST_F(SwitchTest, AnswersEachRequestByTheRulesAndStopsCleanly) {
+    land(QStringLiteral("03140900.clm"), "waiting before the switch started\x03\r\n");
+    RunningSwitch running(directory(), prepared.rules());
+    ASSERT_TRUE(running.started()) << running.log().toStdString();
+    EXPECT_EQ(contents(pathOf(QStringLiteral("03140900.RSP"))), bytesOf(kPaid));
+    QFile::remove(pathOf(QStringLiteral("03140900.RSP")));
+
+    const struct {
+        const char* claim;
+        QString answer;
+        const char* logged;
+    } cases[] = {
+        {"<STX>610066<FS>C2REJECT<FS>D2000001", kRejected, "rejected.txt, rule of line 2"},
+        {"<STX>610066<FS>C2PAYME<FS>D2000002", kPaid, "paid.txt, rule of line 3"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.claim);
+        const auto outcome = exchange(*fromNotation(QString::fromLatin1(c.claim)).text);
+        EXPECT_TRUE(outcome.answered);
+        EXPECT_EQ(outcome.response, bytesOf(c.answer));
+        EXPECT_TRUE(running.waitForLine(QString::fromLatin1(c.logged)))
+            << running.log().toStdString();
+        EXPECT_EQ(files(), QStringList()) << "collected, answered, read and removed";
+    }
+    EXPECT_EQ(running.stop(), 0);
+    EXPECT_EQ(running.log().count(QStringLiteral(" bytes) -> ")), 3) << running.log().toStdString();
+    EXPECT_TRUE(running.log().endsWith(QStringLiteral("tvrx-switch: stopped\n")));
+}
+
+TEST_F(SwitchTest, TvrxExchangePrintsTheAnswerOrWithdrawsOnCtrlC) {
+    const QString claim = prepared.path(QStringLiteral("claim.txt"));
+    writeText(claim, QStringLiteral("<STX>610066<FS>C2PAYME\n<FS>D2000003\n"));
+    QProcess tvrx;
+    {
+        RunningSwitch running(directory(), prepared.rules());
+        ASSERT_TRUE(running.started());
+        tvrx.start(kTvrx,
+                   {QStringLiteral("exchange"), QStringLiteral("--dir"), directory(), claim});
+        ASSERT_TRUE(tvrx.waitForFinished(kWaitMs));
+        EXPECT_EQ(tvrx.exitCode(), 0) << tvrx.readAllStandardError().toStdString();
+        EXPECT_EQ(QString::fromUtf8(tvrx.readAllStandardOutput()), kPaid + QLatin1Char('\n'));
+        EXPECT_TRUE(running.waitForLine(QStringLiteral("paid.txt")));
+    }
+
+    tvrx.setReadChannel(QProcess::StandardError);
+    tvrx.start(kTvrx, {QStringLiteral("exchange"), QStringLiteral("--dir"), directory(), claim});
+    QByteArray waiting;
+    while (!waiting.contains("Looking for response") && tvrx.waitForReadyRead(kWaitMs)) {
+        waiting += tvrx.readAllStandardError();
+    }
+    ASSERT_EQ(files().size(), 1) << waiting.toStdString();
+    // The form is drawn just before Ctrl-C is taken over.
+    QThread::msleep(100);
+    ::kill(static_cast<pid_t>(tvrx.processId()), SIGINT);
+    ASSERT_TRUE(tvrx.waitForFinished(kWaitMs));
+    EXPECT_EQ(tvrx.exitCode(), 3);
+    EXPECT_TRUE(tvrx.readAllStandardError().contains("Transmitting Claim: aborted after"));
+    EXPECT_EQ(files(), QStringList()) << "the request was withdrawn";
+}
+
+TEST_F(SwitchTest, ProgramsRefuseWhatCannotServe) {
+    writeText(prepared.path(QStringLiteral("no-otherwise.txt")), "if X then paid.txt\n");
+    writeText(prepared.path(QStringLiteral("bad.txt")), "if <FOO> then paid.txt\n");
+    const QString file = prepared.path(QStringLiteral("paid.txt"));
+    const QString missing = directory() + QStringLiteral("/missing");
+    const struct {
+        QString program;
+        QStringList args;
+        int exitCode;
+        const char* message;
+    } cases[] = {
+        {kSwitch, {"--dir", missing, "--rules", prepared.rules()}, 1, "does not exist"},
+        {kSwitch, {"--dir", file, "--rules", prepared.rules()}, 1, "is not a directory"},
+        {kSwitch, {"--dir", directory(), "--rules", prepared.path("none.txt")}, 1, "cannot read"},
+        {kSwitch,
+         {"--dir", directory(), "--rules", prepared.path("no-otherwise.txt")},
+         1,
+         "the last rule must be 'otherwise FILE'"},
+        {kSwitch, {"--dir", directory(), "--rules", prepared.path("bad.txt")}, 1, "line 1: "},
+        {kSwitch, {"--dir", directory()}, 2, "--rules is required"},
+        {kTvrx, {"exchange", "--dir", missing, file}, 1, "does not exist"},
+        {kTvrx,
+         {"exchange", "--dir", directory(), prepared.path("bad.txt")},
+         1,
+         "bad.txt: position 4: unknown tag <FOO>"},
+        {kTvrx, {"exchange", "--dir", directory()}, 2, "which claim file?"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.args.join(QLatin1Char(' ')).toStdString());
+        QProcess process;
+        process.start(c.program, c.args);
+        ASSERT_TRUE(process.waitForFinished(kWaitMs));
+        const QString error = QString::fromUtf8(process.readAllStandardError());
+        EXPECT_EQ(process.exitCode(), c.exitCode) << error.toStdString();
+        EXPECT_TRUE(error.contains(QString::fromUtf8(c.message))) << error.toStdString();
+    }
+    EXPECT_EQ(files(), QStringList());
+}
+
+}  // namespace
+}  // namespace tvrx
