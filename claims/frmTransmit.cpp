@@ -5,6 +5,7 @@
 #include "session/ErrorNumbers.h"
 #include "session/Failure.h"
 #include "session/Frame.h"
+#include "session/Session.h"
 
 #include <QEventLoop>
 #include <QTimer>
@@ -22,8 +23,6 @@ const QString kExceeded = QStringLiteral("Exceeded time. Still looking for respo
 // The colour value 255: pure red.
 const QColor kOvertimeColour(255, 0, 0);
 constexpr int kTickMilliseconds = 1000;
-
-thread_local std::shared_ptr<TransmitFace> currentFace;
 
 }  // namespace
 
@@ -148,12 +147,13 @@ void frmTransmit::refreshFace() {
 }
 
 TransmitFace& transmitFace() {
-    if (!currentFace) currentFace = std::make_shared<ConsoleTransmitFace>();
-    return *currentFace;
+    if (!mdlMain::TransmitService)
+        mdlMain::TransmitService = std::make_shared<ConsoleTransmitFace>();
+    return *mdlMain::TransmitService;
 }
 
 void setTransmitFace(std::shared_ptr<TransmitFace> face) {
-    currentFace = std::move(face);
+    mdlMain::TransmitService = std::move(face);
 }
 
 }  // namespace tvrx

@@ -16,6 +16,7 @@ thread_local std::shared_ptr<Catalogue> deMain;
 thread_local qint32 FindRefillRxInfoID = 0;
 thread_local std::shared_ptr<UserInteraction> UserService;
 thread_local std::shared_ptr<Clock> ClockService;
+thread_local std::shared_ptr<TransmitFace> TransmitService;
 
 namespace {
 
@@ -65,6 +66,7 @@ void resetSession() {
     FindRefillRxInfoID = 0;
     UserService.reset();
     ClockService.reset();
+    TransmitService.reset();
 }
 
 }  // namespace tvrx::mdlMain

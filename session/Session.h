@@ -11,6 +11,7 @@ class Catalogue;
 class Clock;
 class DbConnection;
 class ErrorReporter;
+class TransmitFace;
 class UserInteraction;
 
 // The session state shared by every object of the library, one set per thread.
@@ -32,6 +33,8 @@ extern thread_local qint32 FindRefillRxInfoID;
 // The services the logic talks through; a host or a test sets them.
 extern thread_local std::shared_ptr<UserInteraction> UserService;
 extern thread_local std::shared_ptr<Clock> ClockService;
+// How the wait for a payer's response is shown (console, dialog, scripted).
+extern thread_local std::shared_ptr<TransmitFace> TransmitService;
 
 // The catalogue deMain, created on first use.
 Catalogue& catalogue();
