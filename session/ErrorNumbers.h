@@ -21,7 +21,11 @@ inline constexpr long InvalidUseOfNull = 94;
 inline constexpr long CannotCreateObject = 429;
 inline constexpr long DuplicateKey = 457;
 inline constexpr long NoCurrentRecord = 3021;
+inline constexpr long NotUpdatable = 3251;
+inline constexpr long ItemNotFound = 3265;
 inline constexpr long ObjectClosed = 3704;
+inline constexpr long ObjectOpen = 3705;
+inline constexpr long ConnectionUnusable = 3709;
 
 // The database layer's numbers, in the signed form in which they reach a handler.
 inline constexpr long LostLink = -2147467259;            // 0x80004005

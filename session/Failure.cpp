@@ -34,7 +34,17 @@ constexpr std::array kStandardTexts{
     NumberText{err::NoCurrentRecord,
                "Either BOF or EOF is True, or the current record has been deleted. Requested "
                "operation requires a current record."},
+    NumberText{err::NotUpdatable,
+               "Current Recordset does not support updating. This may be a limitation of the "
+               "provider, or of the selected locktype."},
+    NumberText{err::ItemNotFound,
+               "Item cannot be found in the collection corresponding to the requested name or "
+               "ordinal."},
     NumberText{err::ObjectClosed, "Operation is not allowed when the object is closed."},
+    NumberText{err::ObjectOpen, "Operation is not allowed when the object is open."},
+    NumberText{err::ConnectionUnusable,
+               "The connection cannot be used to perform this operation. It is either closed or "
+               "invalid in this context."},
     NumberText{err::LostLink, "Unspecified error"},
     NumberText{err::TimedOut, "Query timeout expired"},
 };

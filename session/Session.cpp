@@ -1,5 +1,6 @@
 #include "session/Session.h"
 
+#include "session/Catalogue.h"
 #include "session/Clock.h"
 #include "session/ConsoleUserInteraction.h"
 #include "session/FileErrorReporter.h"
@@ -32,6 +33,11 @@ std::shared_ptr<tvrx::ErrorReporter> createReporter() {
 
 void setReporterFactory(std::function<std::shared_ptr<tvrx::ErrorReporter>()> factory) {
     reporterFactory() = std::move(factory);
+}
+
+Catalogue& catalogue() {
+    if (!deMain) deMain = std::make_shared<Catalogue>();
+    return *deMain;
 }
 
 tvrx::ErrorReporter& reporter() {

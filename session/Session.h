@@ -33,6 +33,9 @@ extern thread_local qint32 FindRefillRxInfoID;
 extern thread_local std::shared_ptr<UserInteraction> UserService;
 extern thread_local std::shared_ptr<Clock> ClockService;
 
+// The catalogue deMain, created on first use.
+Catalogue& catalogue();
+
 // The reporter, created on first use by the reporter factory.
 tvrx::ErrorReporter& reporter();
 // A new reporter of the kind the host chose (the default writes the error log).

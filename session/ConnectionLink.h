@@ -1,0 +1,66 @@
+#pragma once
+
+#include "session/Dialect.h"
+#include "session/RecordSet.h"
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+namespace tvrx {
+
+// The working half of a DbConnection: the Qt connection, the statement primitives and the
+// mapping of database errors onto the platform's numbers. Updatable record sets keep a
+// link so that they can write their rows after the statement that opened them.
+class ConnectionLink {
+public:
+    ConnectionLink();
+    ~ConnectionLink();
+    ConnectionLink(const ConnectionLink&) = delete;
+    ConnectionLink& operator=(const ConnectionLink&) = delete;
+
+    const QString& connectionString() const { return connectionString_; }
+    // Fails with 3705 while the connection is open.
+    void setConnectionString(const QString& text);
+    bool readOnly = false;
+    int commandTimeout = 30;
+
+    void open();
+    void close();
+    bool isOpen() const { return open_; }
+    Backend backend() const { return dialect_.backend(); }
+    const Dialect& dialect() const { return dialect_; }
+    const QString& name() const { return name_; }
+
+    qint64 execute(const QString& sql, const QVariantList& params);
+    RecordSet openRecordSet(const QString& sql, const QVariantList& params);
+    RecordSet openUpdatable(const std::shared_ptr<ConnectionLink>& self, const QString& table,
+                            const QString& columns, const QString& condition,
+                            const QVariantList& params);
+
+    void failNextStatement(long number) { injected_ = number; }
+
+private:
+    QSqlQuery run(const QString& sql, const QVariantList& params);
+    void requireUsable();
+    void takeInjectedFailure();
+    [[noreturn]] void raise(const QSqlError& error);
+    bool linkIsDown() const;
+    void openSqlite(const QString& path);
+    void openPostgres(const QString& url);
+    void afterOpen();
+    void readRows(QSqlQuery& query, RecordSet& result);
+
+    QString connectionString_;
+    QString name_;
+    Dialect dialect_{Backend::SQLite};
+    bool open_ = false;
+    // Closed by a lost link rather than by Close(): statements keep failing as lost.
+    bool lost_ = false;
+    std::optional<long> injected_;
+};
+
+}  // namespace tvrx

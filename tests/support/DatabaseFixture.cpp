@@ -1,0 +1,115 @@
+#include "support/DatabaseFixture.h"
+
+#include "session/Failure.h"
+
+#include <QCoreApplication>
+#include <QUrl>
+
+#include <cstdlib>
+
+namespace tvrx::test {
+
+namespace {
+
+QString serverUrl() { return qEnvironmentVariable("TVRX_TEST_PG_URL"); }
+
+bool postgresRequired() { return qEnvironmentVariable("TVRX_REQUIRE_POSTGRES") == "1"; }
+
+QString databaseName() {
+    return QStringLiteral("tvrx_test_%1").arg(QCoreApplication::applicationPid());
+}
+
+QString databaseUrl() {
+    QUrl url(serverUrl());
+    url.setPath(QLatin1Char('/') + databaseName());
+    return url.toString();
+}
+
+// Creates the process's database on first use and drops it when the tests end.
+class PostgresDatabase : public ::testing::Environment {
+public:
+    static PostgresDatabase& instance() {
+        static auto* environment = static_cast<PostgresDatabase*>(
+            ::testing::AddGlobalTestEnvironment(new PostgresDatabase));
+        return *environment;
+    }
+
+    void ensureCreated() {
+        if (created_) return;
+        DbConnection server(serverUrl());
+        server.Open();
+        server.Execute(QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(databaseName()));
+        server.Execute(QStringLiteral("CREATE DATABASE %1").arg(databaseName()));
+        created_ = true;
+    }
+
+    void TearDown() override {
+        if (!created_) return;
+        DbConnection server(serverUrl());
+        server.Open();
+        server.Execute(QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(databaseName()));
+        created_ = false;
+    }
+
+private:
+    bool created_ = false;
+};
+
+// Registered before the tests run, so that its TearDown drops the database at the end.
+[[maybe_unused]] const bool registered = (PostgresDatabase::instance(), true);
+
+}  // namespace
+
+std::string backendName(const ::testing::TestParamInfo<Backend>& info) {
+    return info.param == Backend::PostgreSQL ? "PostgreSQL" : "SQLite";
+}
+
+void DatabaseFixture::SetUp() {
+    SessionFixture::SetUp();
+    if (backend() == Backend::SQLite) {
+        ASSERT_TRUE(folder_.isValid());
+        connectionString_ = QStringLiteral("sqlite://") + folder_.filePath(QStringLiteral("pharmacy.db"));
+    } else {
+        if (serverUrl().isEmpty()) {
+            if (postgresRequired()) FAIL() << "TVRX_REQUIRE_POSTGRES=1 but TVRX_TEST_PG_URL is unset";
+            GTEST_SKIP() << "TVRX_TEST_PG_URL is unset: PostgreSQL tests skipped";
+        }
+        ASSERT_NO_THROW(PostgresDatabase::instance().ensureCreated());
+        connectionString_ = databaseUrl();
+    }
+    ASSERT_NO_THROW(db = connect());
+    if (backend() == Backend::PostgreSQL) {
+        db->Execute(QStringLiteral("DROP SCHEMA public CASCADE"));
+        db->Execute(QStringLiteral("CREATE SCHEMA public"));
+    }
+}
+
+void DatabaseFixture::TearDown() {
+    db.reset();
+    SessionFixture::TearDown();
+}
+
+std::shared_ptr<DbConnection> DatabaseFixture::connect() const {
+    auto connection = std::make_shared<DbConnection>(connectionString_);
+    connection->Open();
+    return connection;
+}
+
+std::shared_ptr<DbConnection> DatabaseFixture::serverConnection() const {
+    auto connection = std::make_shared<DbConnection>(serverUrl());
+    connection->Open();
+    return connection;
+}
+
+DatabaseFixture::Caught DatabaseFixture::caught(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const Failure& failure) {
+        return {failure.number(), failure.description()};
+    }
+    return {};
+}
+
+void DatabaseFixture::createTable(const QString& ddl) { db->Execute(db->dialect().ddl(ddl)); }
+
+}  // namespace tvrx::test

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "session/DbConnection.h"
+#include "support/QtPrinters.h"
+#include "support/SessionFixture.h"
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+namespace tvrx::test {
+
+// One suite, run once per back end: a fresh session and an empty database for every test.
+// SQLite uses a temporary file (the catalogue's RxDB reopens the same string, so never
+// ":memory:"). PostgreSQL uses one database per test process, created from
+// TVRX_TEST_PG_URL and dropped at exit, with its tables dropped before each test. Without
+// TVRX_TEST_PG_URL the PostgreSQL instances are skipped, unless TVRX_REQUIRE_POSTGRES=1.
+//
+//     class MyTest : public test::DatabaseFixture {};
+//     TEST_P(MyTest, Something) { db->Execute(...); }
+//     TVRX_BACKENDS(MyTest);
+class DatabaseFixture : public SessionFixture, public ::testing::WithParamInterface<Backend> {
+public:
+    // The failure a step raised: its number (0 when it raised none) and description.
+    struct Caught {
+        long number = 0;
+        QString description;
+    };
+    static Caught caught(const std::function<void()>& step);
+
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    Backend backend() const { return GetParam(); }
+    // The string a host would hand over for this test's database.
+    QString connectionString() const { return connectionString_; }
+    // A new, open connection to this test's database.
+    std::shared_ptr<DbConnection> connect() const;
+    // Runs schema text with the Dialect's type tokens over db.
+    void createTable(const QString& ddl);
+    // A connection to the server outside the test's database (PostgreSQL only), for
+    // ending another connection's backend.
+    std::shared_ptr<DbConnection> serverConnection() const;
+
+    // Open on the test's database for the whole test.
+    std::shared_ptr<DbConnection> db;
+
+private:
+    QTemporaryDir folder_;
+    QString connectionString_;
+};
+
+std::string backendName(const ::testing::TestParamInfo<Backend>& info);
+
+}  // namespace tvrx::test
+
+#define TVRX_BACKENDS(suite)                                                             \
+    INSTANTIATE_TEST_SUITE_P(Backends, suite,                                            \
+                             ::testing::Values(::tvrx::Backend::SQLite,                  \
+                                               ::tvrx::Backend::PostgreSQL),             \
+                             ::tvrx::test::backendName)
