@@ -1,0 +1,24 @@
+#include "fuzz/targets/FuzzSession.h"
+
+#include "session/ScriptedUserInteraction.h"
+#include "session/Session.h"
+
+namespace tvrx::fuzz {
+
+FuzzSession::FuzzSession() : reporter_(std::make_shared<RecordingErrorReporter>()) {
+    mdlMain::resetSession();
+    auto user = std::make_shared<ScriptedUserInteraction>();
+    user->setPermissive(true);
+    mdlMain::ErrorReporter = reporter_;
+    mdlMain::UserService = user;
+}
+
+FuzzSession::~FuzzSession() {
+    mdlMain::resetSession();
+}
+
+void check(bool condition, const char* what) {
+    if (!condition) throw FuzzCheckFailed(what);
+}
+
+}  // namespace tvrx::fuzz
