@@ -92,7 +92,8 @@ QJsonObject ResponseFixture::outcome(const clsClaimResponse& response, bool resu
     return json;
 }
 
-QString jsonDifferences(const QJsonValue& expected, const QJsonValue& actual, const QString& path) {
+QString jsonDifferences(const QJsonValue& expected, const QJsonValue& actual, Members members,
+                        const QString& path) {
     if (expected.isDouble() && actual.isDouble()) {
         if (std::abs(expected.toDouble() - actual.toDouble()) < 1e-6) return {};
     } else if (expected.isObject() && actual.isObject()) {
@@ -100,10 +101,13 @@ QString jsonDifferences(const QJsonValue& expected, const QJsonValue& actual, co
         const QJsonObject got = actual.toObject();
         QString differences;
         for (const QString& key : want.keys()) {
-            differences += jsonDifferences(want.value(key), got.value(key), path + '.' + key);
+            differences +=
+                jsonDifferences(want.value(key), got.value(key), members, path + '.' + key);
         }
         for (const QString& key : got.keys()) {
-            if (!want.contains(key)) differences += path + '.' + key + " is not expected\n";
+            if (members == Members::All && !want.contains(key)) {
+                differences += path + '.' + key + " is not expected\n";
+            }
         }
         return differences;
     } else if (expected.isArray() && actual.isArray() &&
@@ -111,7 +115,7 @@ QString jsonDifferences(const QJsonValue& expected, const QJsonValue& actual, co
         QString differences;
         for (qsizetype i = 0; i < expected.toArray().size(); ++i) {
             differences += jsonDifferences(expected.toArray().at(i), actual.toArray().at(i),
-                                           path + QStringLiteral("[%1]").arg(i));
+                                           members, path + QStringLiteral("[%1]").arg(i));
         }
         return differences;
     } else if (expected == actual) {

@@ -52,9 +52,13 @@ private:
     AppConfig saved_;
 };
 
+// How much of an object jsonDifferences compares: all its members, or only those that the
+// expected object names.
+enum class Members { All, Named };
+
 // Empty when expected and actual agree (numbers to a millionth); otherwise one line for
 // each path that differs.
 QString jsonDifferences(const QJsonValue& expected, const QJsonValue& actual,
-                        const QString& path = QStringLiteral("$"));
+                        Members members = Members::All, const QString& path = QStringLiteral("$"));
 
 }  // namespace tvrx::test
