@@ -29,5 +29,6 @@ int usageError(const Command& command, const QString& problem);
 
 // Each sub-command file defines one of these.
 Command encodeCommand();
+Command decodeCommand();
 
 }  // namespace tvrx::cli

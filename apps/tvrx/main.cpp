@@ -9,6 +9,7 @@ namespace tvrx::cli {
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
         encodeCommand(),
+        decodeCommand(),
     };
     return all;
 }
