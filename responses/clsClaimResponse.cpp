@@ -310,7 +310,7 @@ QString clsClaimResponse::field51(QLatin1StringView code) const {
 }
 
 QString clsClaimResponse::durSegment51() const {
-    QString separator(QChar(mdlMain::kSegmentSeparator));
+    QString separator{QChar(mdlMain::kSegmentSeparator)};
     QString scan;
     const QString code = QChar(mdlMain::kFieldSeparator) + QString(kDurSegmentCode);
     QString segment = mdlMain::GetField(code, Claim, separator, scan).value_or(QString());

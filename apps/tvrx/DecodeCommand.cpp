@@ -82,7 +82,7 @@ std::optional<Options> parse(const QStringList& args, QString& problem) {
 // byte, the version, and for an accepted transmission "000", or in format "51" the
 // claim's transaction code and "0".
 QString readerHeader(const QString& form) {
-    const QString start(QChar(response::kStartByte));
+    const QString start{QChar(response::kStartByte)};
     if (form == response::kVersion51) return start + form + QStringLiteral("B1") + u'0';
     return start + form + QStringLiteral("000");
 }

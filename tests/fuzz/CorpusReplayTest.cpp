@@ -20,6 +20,7 @@ struct FuzzTarget {
 // the ordinary build too.
 const FuzzTarget kFuzzTargets[] = {
     {"encodings", fuzz::fuzzEncodings},
+    {"build_response", fuzz::fuzzBuildResponse},
 };
 
 class CorpusReplayTest : public ::testing::TestWithParam<FuzzTarget> {};
