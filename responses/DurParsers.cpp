@@ -1,3 +1,4 @@
+#include "responses/FieldReader.h"
 #include "responses/ResponseLayout.h"
 #include "responses/TextPositions.h"
 #include "responses/clsClaimResponse.h"
@@ -7,6 +8,7 @@
 #include "session/Failure.h"
 #include "session/Frame.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tvrx {
@@ -15,12 +17,10 @@ using namespace response;
 
 namespace {
 
-template <class Text>
-QString phrase(QLatin1StringView prefix, Text text) {
+QString phrase(QLatin1StringView prefix, QStringView text) {
     QString result;
     result.reserve(prefix.size() + text.size());
-    result.append(prefix);
-    result.append(text);
+    result.append(prefix).append(text);
     return result;
 }
 
@@ -40,7 +40,7 @@ public:
         if (!taken) return;
         const qint32 slot = conv::LongFromDouble(code);
         if (slot < 1 || slot > kDurSlots) fail(err::SubscriptOutOfRange);
-        target = phrase(list.prefix, slots_[slot - 1]);
+        target = shared(list.prefix, slots_[slot - 1]);
     }
 
 private:
@@ -48,7 +48,7 @@ private:
 };
 
 // A date or quantity is shown as it was received; one that is no number above 0 is absent.
-void setReceived(QString& target, QLatin1StringView prefix, const QString& text) {
+void setReceived(QString& target, QLatin1StringView prefix, QStringView text) {
     if (numericValue(text) > 0) target = phrase(prefix, text);
 }
 
@@ -57,7 +57,7 @@ void setReceived(QString& target, QLatin1StringView prefix, const QString& text)
 template <class Value>
 DUR readFinding(Frame& frame, DurWords& words, const Value& value) {
     DUR finding;
-    frame([&] { finding.Number = value(DurField::Reason); });
+    frame([&] { finding.Number = value(DurField::Reason).toString(); });
     frame([&] {
         words.setPhrase(finding.Severity, kSeverityList, numericValue(value(DurField::Severity)));
     });
@@ -78,42 +78,25 @@ DUR readFinding(Frame& frame, DurWords& words, const Value& value) {
                         numericValue(value(DurField::Prescriber)));
     });
     frame([&] {
-        const QString text = value(DurField::Text);
+        const QStringView text = value(DurField::Text);
         if (!text.isEmpty() && text != kNoMessage) finding.Message = phrase(kMessagePhrase, text);
     });
     return finding;
 }
 
-void addFinding(colDUR& findings, const DUR& finding) {
-    findings.Add(finding.Number, finding.Severity, finding.LastFillDate, finding.LastFillLocation,
-                 finding.LastFillQty, finding.DB, finding.Prescriber, finding.Message);
+// What colDUR.Add does with the eight fields and no key, without copying them again.
+void addFinding(colDUR& findings, DUR&& finding) {
+    findings.KeyedCollection<DUR>::Add(std::make_shared<DUR>(std::move(finding)));
 }
 
-// The group of a "51" DUR segment numbered n, searched from the start of the segment; the
-// search for 1 also finds a group numbered 10 or 11 when none is numbered 1.
-qsizetype findGroup(const QString& segment, QLatin1StringView counter, int n) {
-    const QString opening = QChar(mdlMain::kFieldSeparator) + QString(counter) + QString::number(n);
-    return find(segment, opening);
-}
-
-// The group from its number to the next counter field (or the end of the segment),
-// closed by ":".
-QString groupText(const QString& segment, QLatin1StringView counter, qsizetype at) {
-    const qsizetype next = findField(segment, counter, at + 1);
+// The group at `at` runs from its number to the next counter field, or to the end of the
+// segment.
+QStringView groupText(const QString& segment, const FieldReader& fields, QLatin1StringView counter,
+                      qsizetype at) {
+    const qsizetype next = fields.find(counter, at + 1);
     const qsizetype length =
         next > 0 ? next - (at + kValueOffset) : segment.size() - (at + kValueOffset - 1);
-    QString group = mid(segment, at + kValueOffset, length).toString();
-    group.append(kDurGroupClose);
-    return group;
-}
-
-// A field of a group. The group's last field runs into the ":" that closes the group, which
-// is not part of its value: the value reads as the payer sent it.
-QString groupField(const QString& group, QLatin1StringView code) {
-    QString value = fieldValue(group, code);
-    const qsizetype valueStart = findField(group, code) + kValueOffset;
-    if (!value.isEmpty() && valueStart + value.size() - 1 == group.size()) value.chop(1);
-    return value;
+    return mid(segment, at + kValueOffset, length);
 }
 
 }  // namespace
@@ -131,37 +114,36 @@ void clsClaimResponse::ParseDUR(const QString& sDUR) {
             const Span span = placeOf(field).fixed;
             return trimmed(mid(sDUR, base + span.position, span.length));
         };
-        const DUR finding = readFinding(frame, words, value);
-        frame([&] { addFinding(*colDUR(), finding); });
+        DUR finding = readFinding(frame, words, value);
+        frame([&] { addFinding(*colDUR(), std::move(finding)); });
     }
     frame([&] {
         if (numericValue(mid(sDUR, kDurExtraCode)) == kDurExtraCallProcessor) {
-            values_.DURExtra = QString(kDurExtraText);
+            values_.DURExtra = shared(kDurExtraText);
         }
     });
 }
 
+// The groups are numbered 1, 2 and so on; the search for each number starts from the
+// beginning of the segment, so the search for 1 also finds a group numbered 10 or 11 when
+// none is numbered 1. Each group is read as closed by ":", which its last field runs into
+// but which is part of no value: that field reads as the payer sent it.
 void clsClaimResponse::Parse51DUR(const QString& sDUR) {
     Frame frame(QStringLiteral("clsClaimResponse:Parse51DUR"));
     frame([&] { colDUR_ = std::make_shared<tvrx::colDUR>(); });
-    QLatin1StringView counter;
-    for (const QLatin1StringView code : kDurCounterCodes) {
-        if (findField(sDUR, code) > 0) {
-            counter = code;
-            break;
-        }
-    }
-    if (counter.isEmpty()) return;
+    const FieldReader fields(sDUR);
+    const auto counter = std::find_if(kDurCounterCodes.begin(), kDurCounterCodes.end(),
+                                      [&](QLatin1StringView code) { return fields.find(code); });
+    if (counter == kDurCounterCodes.end()) return;
     DurWords words;
     for (int n = 1;; ++n) {
-        const qsizetype at = findGroup(sDUR, counter, n);
+        const qsizetype at = fields.findNumbered(*counter, n);
         if (at <= 0) break;
-        QString group;
-        frame([&] { group = groupText(sDUR, counter, at); });
+        const FieldReader group(groupText(sDUR, fields, *counter, at), kDurGroupClose);
         words.load(kSeverityList);
-        const auto value = [&](DurField field) { return groupField(group, placeOf(field).code51); };
-        const DUR finding = readFinding(frame, words, value);
-        frame([&] { addFinding(*colDUR(), finding); });
+        const auto value = [&](DurField field) { return group.value(placeOf(field).code51); };
+        DUR finding = readFinding(frame, words, value);
+        frame([&] { addFinding(*colDUR(), std::move(finding)); });
     }
 }
 

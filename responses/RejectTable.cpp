@@ -53,7 +53,9 @@ std::shared_ptr<const RejectTable> RejectTable::read() {
     RecordSet rows = mdlMain::LookupConnection->OpenRecordSet(QString(response::kRejectQuery));
     const QString codeColumn(response::kRejectCodeColumn);
     const QString descriptionColumn(response::kRejectDescriptionColumn);
-    while (!rows.Eof()) {
+    // Counted once: the end-of-data test counts the rows every time it is asked.
+    const qint32 count = rows.RecordCount();
+    for (qint32 row = 0; row < count; ++row) {
         const QVariant code = rows.Fields(codeColumn);
         // A null code equals nothing; of equal codes the first row counts.
         if (!code.isNull()) {

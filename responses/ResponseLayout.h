@@ -143,9 +143,12 @@ inline constexpr QLatin1StringView kFieldPreferredProductID("AR");
 inline constexpr QLatin1StringView kFieldStatus("AN");
 inline constexpr QLatin1StringView kFieldRejectCount("FA");
 inline constexpr QLatin1StringView kFieldRejectCode("FB");
-// The DUR segment: segment separator, field separator, "AM24". What the field search
-// returns starts three characters into the segment code, so those three are dropped.
-inline constexpr QLatin1StringView kDurSegmentCode("AM24");
+// The DUR segment: segment separator, then field separator and "AM24" (the code the segment
+// is searched by). What the search returns starts three characters into that code, so those
+// three are dropped.
+inline constexpr QLatin1StringView kDurSegmentCode(
+    "\x1c"
+    "AM24");
 inline constexpr qsizetype kDurSegmentSkip = 3;
 inline constexpr QLatin1StringView kPhonePrefix(" PHONE:");
 

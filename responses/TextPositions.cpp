@@ -6,8 +6,27 @@
 #include "session/Failure.h"
 
 #include <algorithm>
+#include <deque>
 
 namespace tvrx::response {
+namespace {
+
+// A text copied into a buffer that keeps its room from one call to the next, for the
+// conversions that take a QString of their own.
+QString& buffered(QStringView text) {
+    thread_local QString buffer;
+    buffer.resize(text.size());
+    std::copy(text.begin(), text.end(), buffer.begin());
+    return buffer;
+}
+
+struct SharedText {
+    const char* prefix;
+    const char* word;
+    QString text;
+};
+
+}  // namespace
 
 QStringView mid(QStringView text, qsizetype start, qsizetype length) {
     if (start < 1 || length < 0) fail(err::InvalidProcedureCall);
@@ -20,32 +39,44 @@ QStringView left(QStringView text, qsizetype length) {
     return text.first(std::min(length, text.size()));
 }
 
-qsizetype findField(QStringView text, QLatin1StringView code, qsizetype start) {
-    const QChar separator(mdlMain::kFieldSeparator);
-    if (start > text.size()) return 0;
-    for (qsizetype at = text.indexOf(separator, start - 1); at >= 0;
-         at = text.indexOf(separator, at + 1)) {
-        if (text.sliced(at + 1).startsWith(code)) return at + 1;
-    }
-    return 0;
-}
-
-QString trimmed(QStringView text) {
+QStringView trimmed(QStringView text) {
     qsizetype first = 0;
     qsizetype end = text.size();
     while (first < end && text[first] == u' ') ++first;
     while (end > first && text[end - 1] == u' ') --end;
-    return text.sliced(first, end - first).toString();
+    return text.sliced(first, end - first);
 }
 
 double numericValue(QStringView text) {
-    return conv::Val(text.toString());
+    // Plain digits, as most numbers in a response are, read as the number they spell.
+    constexpr qsizetype kExactDigits = 15;
+    if (text.size() <= kExactDigits &&
+        std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; })) {
+        qint64 value = 0;
+        for (const QChar c : text) value = value * 10 + (c.unicode() - u'0');
+        return static_cast<double>(value);
+    }
+    return conv::Val(buffered(text));
 }
 
-QString fieldValue(const QString& text, QLatin1StringView code) {
-    QString separator;
-    QString scan;
-    return mdlMain::GetField(QString(code), text, separator, scan).value_or(QString());
+double overPunched(QStringView text) {
+    return mdlMain::OverPunch(buffered(text));
+}
+
+const QString& shared(QLatin1StringView text) {
+    return shared(text, {});
+}
+
+const QString& shared(QLatin1StringView prefix, QLatin1StringView word) {
+    thread_local std::deque<SharedText> texts;
+    for (const SharedText& known : texts) {
+        if (known.prefix == prefix.data() && known.word == word.data()) return known.text;
+    }
+    QString text;
+    text.reserve(prefix.size() + word.size());
+    text.append(prefix).append(word);
+    texts.push_back({prefix.data(), word.data(), text});
+    return texts.back().text;
 }
 
 }  // namespace tvrx::response

@@ -27,18 +27,18 @@ qsizetype find(QStringView text, const Needle& needle, qsizetype start = 1) {
     return text.indexOf(needle, start - 1) + 1;
 }
 
-// Position of the field separator that opens the field `code`, at or after `start`; 0
-// when the text has no such field.
-qsizetype findField(QStringView text, QLatin1StringView code, qsizetype start = 1);
-
 // The text without the blanks at either end.
-QString trimmed(QStringView text);
+QStringView trimmed(QStringView text);
 
 // The numeric value of a text: its leading number, 0 when it has none.
 double numericValue(QStringView text);
 
-// The value of the field `code` (field separator, code, value) in text; empty when the
-// text has no such field.
-QString fieldValue(const QString& text, QLatin1StringView code);
+// A signed amount with its sign in the last character, decoded by OverPunch.
+double overPunched(QStringView text);
+
+// The constant text as a QString made once, so that a property set to it shares it.
+const QString& shared(QLatin1StringView text);
+// The constant prefix followed by the constant word, made once.
+const QString& shared(QLatin1StringView prefix, QLatin1StringView word);
 
 }  // namespace tvrx::response

@@ -1,5 +1,6 @@
 #include "responses/clsClaimResponse.h"
 
+#include "responses/FieldReader.h"
 #include "responses/RejectTable.h"
 #include "responses/ResponseLayout.h"
 #include "responses/TextPositions.h"
@@ -65,7 +66,7 @@ bool clsClaimResponse::BuildResponse() {
             code == kReversalCode51 ? decode51Reversal(frame) : decode51Claim(frame);
         } else {
             code == kReversalCodeFixed ? decodeFixedReversal(frame)
-                                       : decodeFixedClaim(frame, version.toString());
+                                       : decodeFixedClaim(frame, version);
         }
     }
     rejectTable_.reset();
@@ -95,41 +96,38 @@ bool clsClaimResponse::startDecoding(Frame& frame) {
 
 // ---- Fixed formats --------------------------------------------------------------------
 
-void clsClaimResponse::decodeFixedClaim(Frame& frame, const QString& version) {
-    const QString status = mid(Claim, kFixedStatus).toString();
+void clsClaimResponse::decodeFixedClaim(Frame& frame, QStringView version) {
+    const QStringView status = mid(Claim, kFixedStatus);
+    const bool version40 = version == kVersion40;
     if (status == kStatusPaid || status == kStatusDuplicate) {
-        decodeFixedPaid(frame, version, status);
+        decodeFixedPaid(frame, version40, status);
     } else if (status == kStatusCaptured) {
-        decodeFixedCaptured(frame, version);
+        decodeFixedCaptured(frame, version40);
     } else if (status == kStatusRejected) {
-        decodeFixedRejected(frame, version);
+        decodeFixedRejected(frame, version40);
     }
 }
 
-void clsClaimResponse::decodeFixedPaid(Frame& frame, const QString& version,
-                                       const QString& status) {
+void clsClaimResponse::decodeFixedPaid(Frame& frame, bool version40, QStringView status) {
     for (const FixedAmount& amount : kFixedAmounts) {
-        frame([&] {
-            QString text = mid(Claim, amount.span).toString();
-            values_.*amount.amount = mdlMain::OverPunch(text);
-        });
+        frame([&] { values_.*amount.amount = overPunched(mid(Claim, amount.span)); });
     }
     frame([&] { values_.Reference = mid(Claim, kFixedReference).toString(); });
-    const bool version40 = version == kVersion40;
     frame([&] {
-        values_.Message = trimmed(mid(Claim, version40 ? kFixedMessage40 : kFixedMessage));
+        values_.Message =
+            trimmed(mid(Claim, version40 ? kFixedMessage40 : kFixedMessage)).toString();
     });
     if (!version40) {
-        frame([&] { values_.MessageTwo = trimmed(mid(Claim, kFixedMessageTwo)); });
-        frame([&] { ParseDUR(trimmed(mid(Claim, kFixedPaidDur))); });
+        frame([&] { values_.MessageTwo = trimmed(mid(Claim, kFixedMessageTwo)).toString(); });
+        frame([&] { ParseDUR(trimmed(mid(Claim, kFixedPaidDur)).toString()); });
     }
     values_.Total = values_.TotalPaid + values_.Copay;
-    values_.PaidStatus = QString(status == kStatusDuplicate ? kWordDuplicate : kWordPaid);
+    values_.PaidStatus = shared(status == kStatusDuplicate ? kWordDuplicate : kWordPaid);
     values_.PAID = 1;
 }
 
-void clsClaimResponse::decodeFixedCaptured(Frame& frame, const QString& version) {
-    if (version == kVersion40) {
+void clsClaimResponse::decodeFixedCaptured(Frame& frame, bool version40) {
+    if (version40) {
         frame([&] { values_.Reference = mid(Claim, kCapturedReference40).toString(); });
         if (Claim.size() > kCapturedMessagesAfter) {
             QStringView tail;
@@ -145,22 +143,23 @@ void clsClaimResponse::decodeFixedCaptured(Frame& frame, const QString& version)
             });
         }
     } else {
-        frame([&] { ParseDUR(trimmed(mid(Claim, kCapturedDur))); });
+        frame([&] { ParseDUR(trimmed(mid(Claim, kCapturedDur)).toString()); });
     }
     values_.PAID = 1;
-    values_.PaidStatus = QString(kWordCaptured);
+    values_.PaidStatus = shared(kWordCaptured);
 }
 
-void clsClaimResponse::decodeFixedRejected(Frame& frame, const QString& version) {
+void clsClaimResponse::decodeFixedRejected(Frame& frame, bool version40) {
     const bool duplicate = readFixedRejects(frame, kRejectCount, kRejectCodesFrom, true);
-    frame([&] { values_.Message = trimmed(mid(Claim, kRejectMessage)); });
-    if (version == kVersion40) {
+    frame([&] { values_.Message = trimmed(mid(Claim, kRejectMessage)).toString(); });
+    if (version40) {
         frame([&] {
             values_.MessageTwo = trimmed(mid(Claim, kRejectMessageTwoPosition40,
-                                             Claim.size() - kRejectMessageTwoShorterBy40));
+                                             Claim.size() - kRejectMessageTwoShorterBy40))
+                                     .toString();
         });
     } else {
-        frame([&] { ParseDUR(trimmed(mid(Claim, kRejectDur))); });
+        frame([&] { ParseDUR(trimmed(mid(Claim, kRejectDur)).toString()); });
     }
     frame([&] { values_.Reference = mid(Claim, kRejectReference).toString(); });
     setRejected(duplicate);
@@ -170,18 +169,18 @@ void clsClaimResponse::decodeFixedReversal(Frame& frame) {
     Reversal = true;
     const QStringView status = mid(Claim, kReversalStatus);
     if (status == kStatusAccepted) {
-        frame([&] { values_.Message = trimmed(mid(Claim, kReversalMessage)); });
-        values_.Reference = QString(kReferenceReversed);
+        frame([&] { values_.Message = trimmed(mid(Claim, kReversalMessage)).toString(); });
+        values_.Reference = shared(kReferenceReversed);
         values_.PAID = 0;
-        values_.PaidStatus = QString(kWordSuccess);
+        values_.PaidStatus = shared(kWordSuccess);
     } else if (status == kStatusRejected) {
         // The descriptions stay whole here, and a reject 83 means nothing special.
         readFixedRejects(frame, kReversalRejectCount, kReversalRejectCodesFrom, false);
-        frame([&] { values_.Message = trimmed(mid(Claim, kReversalMessage)); });
-        values_.Reference = QString(kReferenceReversalRejected);
+        frame([&] { values_.Message = trimmed(mid(Claim, kReversalMessage)).toString(); });
+        values_.Reference = shared(kReferenceReversalRejected);
         values_.PAID = 0;
         values_.SaveClaim = false;
-        values_.PaidStatus = QString(kWordRejected);
+        values_.PaidStatus = shared(kWordRejected);
     }
 }
 
@@ -202,11 +201,11 @@ bool clsClaimResponse::readFixedRejects(Frame& frame, Span count, qsizetype code
 
 void clsClaimResponse::setRejected(bool duplicate) {
     if (duplicate) {
-        values_.PaidStatus = QString(kWordDuplicate);
+        values_.PaidStatus = shared(kWordDuplicate);
         values_.SaveClaim = false;
         values_.PAID = 1;
     } else {
-        values_.PaidStatus = QString(kWordRejected);
+        values_.PaidStatus = shared(kWordRejected);
         values_.PAID = 0;
     }
 }
@@ -226,72 +225,79 @@ QString clsClaimResponse::describeReject(const QString& code, bool cutDescriptio
 // ---- Format "51" ----------------------------------------------------------------------
 
 void clsClaimResponse::decode51Claim(Frame& frame) {
-    frame([&] { values_.Message = field51(kFieldMessage); });
-    frame([&] { values_.MessageTwo = field51(kFieldAdditionalMessage); });
-    appendPhone(frame);
-    frame([&] { values_.PrescriptionRefNumber = field51(kFieldPrescriptionRef); });
-    frame([&] { values_.PreferredProductCount = conv::Val(field51(kFieldPreferredProductCount)); });
-    frame([&] { values_.PreferredProductID = conv::Val(field51(kFieldPreferredProductID)); });
-    frame([&] { Parse51DUR(durSegment51()); });
-    const QStringView status = status51();
+    const FieldReader fields(Claim);
+    frame([&] { values_.Message = fields.text(kFieldMessage); });
+    frame([&] { values_.MessageTwo = fields.text(kFieldAdditionalMessage); });
+    appendPhone(frame, fields);
+    frame([&] { values_.PrescriptionRefNumber = fields.text(kFieldPrescriptionRef); });
+    frame([&] {
+        values_.PreferredProductCount = numericValue(fields.value(kFieldPreferredProductCount));
+    });
+    frame(
+        [&] { values_.PreferredProductID = numericValue(fields.value(kFieldPreferredProductID)); });
+    frame([&] { Parse51DUR(durSegment51(fields)); });
+    const QStringView status = status51(fields);
     const auto paid = std::find_if(kPaidWords.begin(), kPaidWords.end(),
                                    [&](const PaidWord& word) { return status == word.status; });
     if (paid != kPaidWords.end()) {
-        values_.PaidStatus = QString(paid->word);
+        values_.PaidStatus = shared(paid->word);
         values_.PAID = 1;
-        for (const PaidField& field : kPaidFields51) frame([&] { readPaidField51(field); });
+        for (const PaidField& field : kPaidFields51) {
+            frame([&] { readPaidField51(fields, field); });
+        }
         values_.Total = values_.TotalPaid + values_.Copay;
     } else if (status == kStatusRejected) {
-        const bool duplicate = read51Rejects(frame);
-        frame([&] { values_.Message = field51(kFieldAdditionalMessage); });
+        const bool duplicate = read51Rejects(frame, fields);
+        frame([&] { values_.Message = fields.text(kFieldAdditionalMessage); });
         setRejected(duplicate);
     }
 }
 
-void clsClaimResponse::readPaidField51(const PaidField& field) {
-    QString value = field51(field.code);
+void clsClaimResponse::readPaidField51(const FieldReader& fields, const PaidField& field) {
+    const QStringView value = fields.value(field.code);
     switch (field.decoding) {
         case Decoding::Text:
-            values_.*field.text = value;
+            values_.*field.text = value.toString();
             break;
         case Decoding::OverPunch:
-            values_.*field.amount = mdlMain::OverPunch(value);
+            values_.*field.amount = overPunched(value);
             break;
         case Decoding::Number:
-            values_.*field.amount = conv::Val(value);
+            values_.*field.amount = numericValue(value);
             break;
     }
 }
 
 void clsClaimResponse::decode51Reversal(Frame& frame) {
     Reversal = true;
-    const QStringView status = status51();
+    const FieldReader fields(Claim);
+    const QStringView status = status51(fields);
     if (status == kStatusAccepted) {
-        values_.PaidStatus = QString(kWordSuccess);
-        frame([&] { values_.PrescriptionRefNumber = field51(kFieldPrescriptionRef); });
-        frame([&] { values_.Message = field51(kFieldAdditionalMessage); });
-        values_.Reference = QString(kReferenceReversed);
+        values_.PaidStatus = shared(kWordSuccess);
+        frame([&] { values_.PrescriptionRefNumber = fields.text(kFieldPrescriptionRef); });
+        frame([&] { values_.Message = fields.text(kFieldAdditionalMessage); });
+        values_.Reference = shared(kReferenceReversed);
         values_.PAID = 0;
     } else if (status == kStatusDuplicate) {
-        values_.PaidStatus = QString(kWordDuplicate);
+        values_.PaidStatus = shared(kWordDuplicate);
     } else if (status == kStatusCaptured) {
-        values_.PaidStatus = QString(kWordCaptured);
+        values_.PaidStatus = shared(kWordCaptured);
     } else if (status == kStatusRejected) {
-        read51Rejects(frame);
-        values_.Reference = QString(kReferenceReversalRejected);
+        read51Rejects(frame, fields);
+        values_.Reference = shared(kReferenceReversalRejected);
         values_.PAID = 0;
         values_.SaveClaim = false;
-        values_.PaidStatus = QString(kWordRejected);
+        values_.PaidStatus = shared(kWordRejected);
     }
 }
 
 // The payer's telephone number goes behind the second message. It runs to the next field,
 // or else to two characters before the end of the text.
-void clsClaimResponse::appendPhone(Frame& frame) {
+void clsClaimResponse::appendPhone(Frame& frame, const FieldReader& fields) {
     frame([&] {
-        const qsizetype at = findField(Claim, kFieldPhone);
+        const qsizetype at = fields.find(kFieldPhone);
         if (at == 0) return;
-        const qsizetype next = find(Claim, QChar(mdlMain::kFieldSeparator), at + 1);
+        const qsizetype next = fields.separatorAfter(at);
         const qsizetype length =
             next > 0 ? next - (at + kValueOffset) : (Claim.size() - 1) - (at + kValueOffset);
         const QStringView phone = mid(Claim, at + kValueOffset, length);
@@ -301,40 +307,46 @@ void clsClaimResponse::appendPhone(Frame& frame) {
 
 // The status letter stands behind the status field; without one, the letter read is
 // the third character of the text.
-QStringView clsClaimResponse::status51() const {
-    return mid(Claim, findField(Claim, kFieldStatus) + kValueOffset, 1);
+QStringView clsClaimResponse::status51(const FieldReader& fields) const {
+    return mid(Claim, fields.find(kFieldStatus) + kValueOffset, 1);
 }
 
-QString clsClaimResponse::field51(QLatin1StringView code) const {
-    return fieldValue(Claim, code);
+// The DUR segment, from its first field on. Its search by segment separator only has to
+// look from the first DUR segment code on, which the field reader has already found (a
+// text past GetField's reach is searched whole, so its reports stay what they are).
+QString clsClaimResponse::durSegment51(const FieldReader& fields) const {
+    qsizetype from = 1;
+    if (FieldReader::withinReach(Claim)) {
+        const QLatin1StringView fieldCode = kDurSegmentCode.sliced(1);
+        qsizetype at = fields.find(fieldCode);
+        while (at > 0 && (at == 1 || Claim[at - 2] != QChar(mdlMain::kSegmentSeparator))) {
+            at = fields.find(fieldCode, at + 1);
+        }
+        from = at > 0 ? at - 1 : Claim.size() + 1;
+    }
+    const FieldReader segments(QStringView(Claim).sliced(from - 1), {}, mdlMain::kSegmentSeparator);
+    QStringView segment = segments.value(kDurSegmentCode);
+    if (segment.size() > kDurSegmentSkip) segment = segment.sliced(kDurSegmentSkip);
+    return segment.toString();
 }
 
-QString clsClaimResponse::durSegment51() const {
-    QString separator{QChar(mdlMain::kSegmentSeparator)};
-    QString scan;
-    const QString code = QChar(mdlMain::kFieldSeparator) + QString(kDurSegmentCode);
-    QString segment = mdlMain::GetField(code, Claim, separator, scan).value_or(QString());
-    if (segment.size() > kDurSegmentSkip) segment.remove(0, kDurSegmentSkip);
-    return segment;
-}
-
-bool clsClaimResponse::read51Rejects(Frame& frame) {
+bool clsClaimResponse::read51Rejects(Frame& frame, const FieldReader& fields) {
     qsizetype at = 0;
     frame([&] {
-        at = findField(Claim, kFieldRejectCount);
+        at = fields.find(kFieldRejectCount);
         if (at > 0) {
             values_.RejectCount = conv::LongFromDouble(
                 numericValue(mid(Claim, at + kValueOffset, kRejectCount51Length)));
         }
     });
-    frame([&] { at = findField(Claim, kFieldRejectCode); });
+    frame([&] { at = fields.find(kFieldRejectCode); });
     bool duplicate = false;
     for (qint32 i = 1; i <= values_.RejectCount; ++i) {
-        if (i > 1) frame([&] { at = findField(Claim, kFieldRejectCode, at + kValueOffset); });
+        if (i > 1) frame([&] { at = fields.find(kFieldRejectCode, at + kValueOffset); });
         // A count larger than the codes sent lists the codes sent, and no more.
         if (at == 0) break;
         QString code;
-        frame([&] { code = trimmed(mid(Claim, at + kValueOffset, kRejectCodeLength)); });
+        frame([&] { code = trimmed(mid(Claim, at + kValueOffset, kRejectCodeLength)).toString(); });
         addReject(frame, code, true);
         duplicate = duplicate || code == kDuplicateReject;
     }

@@ -15,6 +15,7 @@ class Frame;
 class RejectTable;
 
 namespace response {
+class FieldReader;
 struct PaidField;
 struct Span;
 }  // namespace response
@@ -70,23 +71,21 @@ public:
 
 private:
     bool startDecoding(Frame& frame);
-    void decodeFixedClaim(Frame& frame, const QString& version);
-    void decodeFixedPaid(Frame& frame, const QString& version, const QString& status);
-    void decodeFixedCaptured(Frame& frame, const QString& version);
-    void decodeFixedRejected(Frame& frame, const QString& version);
+    void decodeFixedClaim(Frame& frame, QStringView version);
+    void decodeFixedPaid(Frame& frame, bool version40, QStringView status);
+    void decodeFixedCaptured(Frame& frame, bool version40);
+    void decodeFixedRejected(Frame& frame, bool version40);
     void decodeFixedReversal(Frame& frame);
     void decode51Claim(Frame& frame);
-    void decode51Paid(Frame& frame, const QString& status);
     void decode51Reversal(Frame& frame);
-    void appendPhone(Frame& frame);
-    QStringView status51() const;
-    QString field51(QLatin1StringView code) const;
-    QString durSegment51() const;
-    void readPaidField51(const response::PaidField& field);
+    void appendPhone(Frame& frame, const response::FieldReader& fields);
+    QStringView status51(const response::FieldReader& fields) const;
+    QString durSegment51(const response::FieldReader& fields) const;
+    void readPaidField51(const response::FieldReader& fields, const response::PaidField& field);
     // Looks up and lists the rejects; true when one of them is the duplicate reject.
     bool readFixedRejects(Frame& frame, response::Span count, qsizetype codesFrom,
                           bool cutDescriptions);
-    bool read51Rejects(Frame& frame);
+    bool read51Rejects(Frame& frame, const response::FieldReader& fields);
     void addReject(Frame& frame, const QString& code, bool cutDescription);
     QString describeReject(const QString& code, bool cutDescription) const;
     void setRejected(bool duplicate);

@@ -1,9 +1,11 @@
 #include "fuzz/targets/FuzzSession.h"
 #include "fuzz/targets/FuzzTargets.h"
+#include "responses/FieldReader.h"
 #include "responses/ResponseJson.h"
 #include "responses/clsClaimResponse.h"
 #include "session/Connections.h"
 #include "session/DbConnection.h"
+#include "session/Encodings.h"
 #include "session/ErrorNumbers.h"
 #include "session/ScriptedUserInteraction.h"
 #include "session/Session.h"
@@ -12,6 +14,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <memory>
 
 namespace tvrx::fuzz {
@@ -65,6 +68,46 @@ void checkReports(FuzzSession& session) {
     }
 }
 
+bool isCode(QStringView code) {
+    return std::all_of(code.begin(), code.end(), [](QChar c) { return c.isLetterOrNumber(); });
+}
+
+// Every field of the text with a code of two letters or digits (as all the layouts' codes
+// are) reads from the one-pass reader as GetField reads it; closed by ":", a field reads as
+// GetField reads it from the closed text, less the closing.
+void checkFieldReader(const QString& text) {
+    const response::FieldReader plain(text);
+    const response::FieldReader closed(text, QLatin1StringView(":"));
+    for (qsizetype at = text.indexOf(QChar(28)); at >= 0 && at + 2 < text.size();
+         at = text.indexOf(QChar(28), at + 1)) {
+        const QString code = text.mid(at + 1, 2);
+        if (!isCode(code)) continue;
+        const QByteArray codeBytes = code.toLatin1();
+        const QLatin1StringView latin(codeBytes);
+        QString separator;
+        QString scan;
+        const QString expected = mdlMain::GetField(code, text, separator, scan).value_or(QString());
+        check(plain.value(latin) == expected, "the field reader reads as GetField does");
+        QString closedExpected =
+            mdlMain::GetField(code, text + u':', separator = QString(), scan = QString())
+                .value_or(QString());
+        if (plain.find(latin) + 2 + closedExpected.size() == text.size() + 1) {
+            closedExpected.chop(1);
+        }
+        check(closed.value(latin) == closedExpected, "a closed text keeps no closing");
+    }
+    // Segments, searched by segment separator and a longer code, as the DUR segment is.
+    const QLatin1StringView segmentCode(
+        "\x1c"
+        "AM24");
+    QString separator{QChar(mdlMain::kSegmentSeparator)};
+    QString scan;
+    const QString expected =
+        mdlMain::GetField(QString(segmentCode), text, separator, scan).value_or(QString());
+    const response::FieldReader segments(text, {}, mdlMain::kSegmentSeparator);
+    check(segments.value(segmentCode) == expected, "segments read as GetField reads them");
+}
+
 }  // namespace
 
 int fuzzBuildResponse(const std::uint8_t* data, std::size_t size) {
@@ -85,6 +128,7 @@ int fuzzBuildResponse(const std::uint8_t* data, std::size_t size) {
         response.BuildResponse();
         check(responseJson(response) == first, "decoding a text twice changes nothing");
     }
+    checkFieldReader(claim);
     checkReports(session);
     return 0;
 }
