@@ -1,8 +1,15 @@
 include(CMakePackageConfigHelpers)
 
 set(tvrx_install_targets tvrx)
+set(TVRX_PACKAGE_HAS_QT OFF)
 if(TARGET tvrx_qt)
   list(APPEND tvrx_install_targets tvrx_qt)
+  set(TVRX_PACKAGE_HAS_QT ON)
+endif()
+
+# A library built with the sanitizers needs their runtime in every program that links it.
+if(TVRX_SANITIZE)
+  target_link_options(tvrx INTERFACE $<INSTALL_INTERFACE:-fsanitize=address,undefined>)
 endif()
 
 install(TARGETS ${tvrx_install_targets} EXPORT TvrxTargets
@@ -10,9 +17,17 @@ install(TARGETS ${tvrx_install_targets} EXPORT TvrxTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-foreach(sub IN LISTS TVRX_SUBSYSTEMS ITEMS ui)
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/${sub}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tvrx/${sub}
-    FILES_MATCHING PATTERN "*.h")
+# Headers keep their folder, so that "session/Frame.h" reads the same inside and outside.
+# Subsystems not written yet have no folder, and the desktop headers go with their library.
+set(tvrx_header_dirs ${TVRX_SUBSYSTEMS})
+if(TVRX_PACKAGE_HAS_QT)
+  list(APPEND tvrx_header_dirs ui)
+endif()
+foreach(sub IN LISTS tvrx_header_dirs)
+  if(IS_DIRECTORY ${PROJECT_SOURCE_DIR}/${sub})
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/${sub}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tvrx/${sub}
+      FILES_MATCHING PATTERN "*.h")
+  endif()
 endforeach()
 
 install(EXPORT TvrxTargets NAMESPACE tvrx:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Tvrx)

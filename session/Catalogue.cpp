@@ -60,7 +60,9 @@ const std::vector<Catalogue::Command>& commandTable() {
         {"PatIns", Kind::Text, "Select * from PatIns", {}},
         {"dbo_FindInsCode", Kind::Procedure, "dbo.FindInsCode", {"Code"}},
         {"Patients", Kind::Text, "Select * from Patient", {}},
-        {"dbo_InsertPatient", Kind::Procedure, "dbo.InsertPatient",
+        {"dbo_InsertPatient",
+         Kind::Procedure,
+         "dbo.InsertPatient",
          {"@LName", "@FName", "@AddressLine1", "@AddressLine2", "@City", "@State", "@ZipCode",
           "@Country", "@Telephone", "@Fax", "@Gender", "@Birthdate", "@Notes", "@WorkPhone",
           "@EMail"}},
@@ -72,7 +74,8 @@ const std::vector<Catalogue::Command>& commandTable() {
         {"dbo_DeleteRx", Kind::Procedure, "dbo.DeleteRx", {"@RxInfoID"}},
         {"PatientByID", Kind::Text, "Select * From Patient where PatientID = ?", {"Param1"}},
         {"DoctorByID", Kind::Text, "Select * from PHYSIC where MDID = ?", {"Param1"}},
-        {"InsuranceByID", Kind::Text,
+        {"InsuranceByID",
+         Kind::Text,
          "Select InsCode, Phone, DaysSupply, Basis, Form, ID, UandC, DoctorID, OnLineLimit, "
          "OnLinePhone, Device, ModemSpeed, DB, SB, Parity, BIN, ProcNumb, OnLine, Internet from "
          "Insurance where InsID = ?",
@@ -80,20 +83,26 @@ const std::vector<Catalogue::Command>& commandTable() {
         {"InsNameCode", Kind::Text, "Select InsID, InsCode, Name from INSURANCE Order By Name", {}},
         {"UCF", Kind::Text, kUcf, {"Param1"}},
         {"CallDoc", Kind::Text, kCallDoc, {"Param1"}},
-        {"dbo_NewRefill", Kind::Procedure, "dbo.NewRefill",
-         {"identity", "Number", "Refill", "PatID", "Patient", "PatInsID", "MDID", "Doc", "Drug",
-          "DrugID", "Cpd", "Qty", "Refills", "QtyRemain", "Cost", "Price", "Copay", "SIG",
-          "rxdate", "LogID", "RPhID", "TechID", "PriceTableID", "SigCodes", "Schedule"}},
+        {"dbo_NewRefill",
+         Kind::Procedure,
+         "dbo.NewRefill",
+         {"identity", "Number",       "Refill",   "PatID",   "Patient", "PatInsID", "MDID",
+          "Doc",      "Drug",         "DrugID",   "Cpd",     "Qty",     "Refills",  "QtyRemain",
+          "Cost",     "Price",        "Copay",    "SIG",     "rxdate",  "LogID",    "RPhID",
+          "TechID",   "PriceTableID", "SigCodes", "Schedule"}},
         {"NewPatient", Kind::Procedure, "NewPatient", {}},
         {"NewDrug", Kind::Procedure, "NewDrug", {}},
         {"NewDoc", Kind::Procedure, "NewDoc", {}},
         {"NewInsurance", Kind::Procedure, "NewInsurance", {}},
         {"dbo_NewPatIns", Kind::Procedure, "dbo.NewPatIns", {}},
-        {"DrugStockByID", Kind::Text,
+        {"DrugStockByID",
+         Kind::Text,
          "SELECT DrugID, Stock, MinReorderQty, ParQty, PackageSize FROM DRUG WHERE (DrugID = ?)",
          {"Param1"}},
-        {"WantbookAdjust", Kind::Text,
-         "Select DrugID, Date, OrderQty from WANTBOOK Where DrugID = ?", {"Param1"}},
+        {"WantbookAdjust",
+         Kind::Text,
+         "Select DrugID, Date, OrderQty from WANTBOOK Where DrugID = ?",
+         {"Param1"}},
         {"dbo_VoidRefill", Kind::Procedure, "dbo.VoidRefill", {"@Number", "@Refill"}},
         {"RPhByID", Kind::Text, "Select * From RPh where RPhID = ?", {"Param1"}},
     };
@@ -106,7 +115,9 @@ Catalogue::Catalogue() : rxdb_(std::make_unique<DbConnection>()) {}
 
 Catalogue::~Catalogue() = default;
 
-const std::vector<Catalogue::Command>& Catalogue::commands() { return commandTable(); }
+const std::vector<Catalogue::Command>& Catalogue::commands() {
+    return commandTable();
+}
 
 const Catalogue::Command* Catalogue::command(const QString& name) {
     for (const Command& entry : commandTable()) {
@@ -123,7 +134,9 @@ void Catalogue::Run(const QString& name, const QVariantList& params) {
     if (rows.State() == 1) fail(err::ObjectOpen);
     const QString source = QString::fromLatin1(entry->source);
     switch (entry->kind) {
-        case Kind::Text: rows = rxdb_->OpenRecordSet(source, params); break;
+        case Kind::Text:
+            rows = rxdb_->OpenRecordSet(source, params);
+            break;
         case Kind::Table:
             rows = rxdb_->OpenRecordSet(QStringLiteral("SELECT * FROM ") + source, params);
             break;

@@ -58,11 +58,15 @@ long numberForPostgres(const QString& state) {
 long numberForSqlite(int code) {
     switch (code & 0xff) {
         case kSqliteBusy:
-        case kSqliteLocked: return err::TimedOut;
-        case kSqliteConstraint: return err::ConstraintViolated;
+        case kSqliteLocked:
+            return err::TimedOut;
+        case kSqliteConstraint:
+            return err::ConstraintViolated;
         case kSqliteIoError:
-        case kSqliteCantOpen: return err::LostLink;
-        default: return err::StatementError;
+        case kSqliteCantOpen:
+            return err::LostLink;
+        default:
+            return err::StatementError;
     }
 }
 
@@ -94,7 +98,8 @@ ColumnTime sqliteColumnTime(const QSqlQuery& query, int column) {
 QVariant normalised(const QVariant& value, ColumnTime time) {
     if (!value.isValid() || value.isNull()) return QVariant();
     switch (value.typeId()) {
-        case QMetaType::ULongLong: return value.toLongLong();
+        case QMetaType::ULongLong:
+            return value.toLongLong();
         case QMetaType::QDateTime: {
             // Qt reads PostgreSQL's timestamp as local wall-clock time already; only the
             // milliseconds are dropped, as the columns hold whole seconds.
@@ -107,7 +112,8 @@ QVariant normalised(const QVariant& value, ColumnTime time) {
             const QDateTime at = Dialect::dateTimeFromText(value.toString());
             return at.isValid() ? QVariant(at) : value;
         }
-        default: return value;
+        default:
+            return value;
     }
 }
 
@@ -155,7 +161,8 @@ void ConnectionLink::openSqlite(const QString& path) {
     db.setConnectOptions(options.join(QLatin1Char(';')));
     if (!db.open()) {
         fail(err::LostLink,
-             QStringLiteral("Cannot open the database file %1: %2").arg(path, databaseText(db.lastError())),
+             QStringLiteral("Cannot open the database file %1: %2")
+                 .arg(path, databaseText(db.lastError())),
              dialect_.name());
     }
 }
@@ -236,14 +243,15 @@ bool ConnectionLink::linkIsDown() const {
 
 void ConnectionLink::raise(const QSqlError& error) {
     const QString code = error.nativeErrorCode();
-    long number = backend() == Backend::PostgreSQL ? numberForPostgres(code)
-                                                   : numberForSqlite(code.toInt());
+    long number =
+        backend() == Backend::PostgreSQL ? numberForPostgres(code) : numberForSqlite(code.toInt());
     // A dropped socket comes without an SQL state: ask the driver's handle.
     if (number != err::LostLink && linkIsDown()) number = err::LostLink;
     const QString kind = backend() == Backend::PostgreSQL ? QStringLiteral("SQLSTATE")
                                                           : QStringLiteral("SQLite error");
     const QString description =
-        QStringLiteral("%1 [%2 %3]").arg(databaseText(error), kind, code.isEmpty() ? QStringLiteral("none") : code);
+        QStringLiteral("%1 [%2 %3]")
+            .arg(databaseText(error), kind, code.isEmpty() ? QStringLiteral("none") : code);
     if (number == err::LostLink) {
         close();
         lost_ = true;
@@ -307,11 +315,13 @@ RecordSet ConnectionLink::openUpdatable(const std::shared_ptr<ConnectionLink>& s
     requireUsable();
     QString key = TableRegistry::keyColumn(table);
     if (key.isEmpty()) {
-        const QSqlIndex primary = QSqlDatabase::database(name_, false).primaryIndex(table);
+        const QSqlIndex primary =
+            QSqlDatabase::database(name_, false).primaryIndex(dialect_.catalogName(table));
         if (primary.count() == 1) key = primary.fieldName(0);
     }
     if (key.isEmpty()) {
-        fail(err::NotUpdatable, QStringLiteral("Table %1 has no key column to update its rows by.").arg(table));
+        fail(err::NotUpdatable,
+             QStringLiteral("Table %1 has no key column to update its rows by.").arg(table));
     }
     bool selectsKey = columns.trimmed() == QLatin1String("*");
     for (const QString& column : columns.split(QLatin1Char(','))) {

@@ -46,7 +46,9 @@ DbConnection& mainConnection() {
 
 }  // namespace
 
-QString lookupFileName() { return kLookupFile; }
+QString lookupFileName() {
+    return kLookupFile;
+}
 
 bool StartErrors() {
     bool result = false;
@@ -55,7 +57,8 @@ bool StartErrors() {
     frame.on(err::LostLink, OnFailure::BoxAndLeave, showTimedOutBox);
     frame([&] { reporter(); });
     frame([&] {
-        store = mainConnection().OpenRecordSet(QStringLiteral("Select Email, Name, Phone From Store"));
+        store =
+            mainConnection().OpenRecordSet(QStringLiteral("Select Email, Name, Phone From Store"));
     });
     const AppConfig config = appConfig();
     frame([&] { reporter().setApplicationPath(config.LibraryFolder); });
@@ -66,9 +69,15 @@ bool StartErrors() {
     bool hasRow = true;
     frame([&] { hasRow = !store.Eof(); });
     if (hasRow) {
-        frame([&] { reporter().setStoreEMail(store.Fields(QStringLiteral("EMail")).toString() + QString()); });
-        frame([&] { reporter().setStoreName(store.Fields(QStringLiteral("Name")).toString() + QString()); });
-        frame([&] { reporter().setStorePhone(store.Fields(QStringLiteral("Phone")).toString() + QString()); });
+        frame([&] {
+            reporter().setStoreEMail(store.Fields(QStringLiteral("EMail")).toString() + QString());
+        });
+        frame([&] {
+            reporter().setStoreName(store.Fields(QStringLiteral("Name")).toString() + QString());
+        });
+        frame([&] {
+            reporter().setStorePhone(store.Fields(QStringLiteral("Phone")).toString() + QString());
+        });
     }
     frame([&] {
         if (store.State() == 1) store.Close();

@@ -10,33 +10,57 @@ DbConnection::DbConnection(const QString& connectionString) : DbConnection() {
     link_->setConnectionString(connectionString);
 }
 
-DbConnection::~DbConnection() { link_->close(); }
+DbConnection::~DbConnection() {
+    link_->close();
+}
 
-QString DbConnection::ConnectionString() const { return link_->connectionString(); }
+QString DbConnection::ConnectionString() const {
+    return link_->connectionString();
+}
 
 void DbConnection::setConnectionString(const QString& connectionString) {
     link_->setConnectionString(connectionString);
 }
 
-void DbConnection::setReadOnly(bool readOnly) { link_->readOnly = readOnly; }
+void DbConnection::setReadOnly(bool readOnly) {
+    link_->readOnly = readOnly;
+}
 
-bool DbConnection::readOnly() const { return link_->readOnly; }
+bool DbConnection::readOnly() const {
+    return link_->readOnly;
+}
 
-void DbConnection::setCommandTimeout(int seconds) { link_->commandTimeout = seconds; }
+void DbConnection::setCommandTimeout(int seconds) {
+    link_->commandTimeout = seconds;
+}
 
-int DbConnection::commandTimeout() const { return link_->commandTimeout; }
+int DbConnection::commandTimeout() const {
+    return link_->commandTimeout;
+}
 
-void DbConnection::Open() { link_->open(); }
+void DbConnection::Open() {
+    link_->open();
+}
 
-void DbConnection::Close() { link_->close(); }
+void DbConnection::Close() {
+    link_->close();
+}
 
-int DbConnection::State() const { return link_->isOpen() ? 1 : 0; }
+int DbConnection::State() const {
+    return link_->isOpen() ? 1 : 0;
+}
 
-Backend DbConnection::backend() const { return link_->backend(); }
+Backend DbConnection::backend() const {
+    return link_->backend();
+}
 
-const Dialect& DbConnection::dialect() const { return link_->dialect(); }
+const Dialect& DbConnection::dialect() const {
+    return link_->dialect();
+}
 
-QString DbConnection::name() const { return link_->name(); }
+QString DbConnection::name() const {
+    return link_->name();
+}
 
 qint64 DbConnection::Execute(const QString& sql, const QVariantList& params) {
     return link_->execute(sql, params);
@@ -57,6 +81,8 @@ RecordSet DbConnection::OpenUpdatable(const QString& table, const QString& colum
     return link_->openUpdatable(link_, table, columns, condition, params);
 }
 
-void DbConnection::failNextStatement(long number) { link_->failNextStatement(number); }
+void DbConnection::failNextStatement(long number) {
+    link_->failNextStatement(number);
+}
 
 }  // namespace tvrx

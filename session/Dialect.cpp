@@ -70,11 +70,16 @@ QVariant Dialect::bindable(const QVariant& value) {
             text.remove(QChar(0));
             return text;
         }
-        case QMetaType::QDateTime: return dateTimeText(value.toDateTime());
-        case QMetaType::QDate: return dateTimeText(QDateTime(value.toDate(), QTime(0, 0)));
-        case QMetaType::Bool: return value.toBool() ? 1 : 0;
-        case QMetaType::QByteArray: return value;
-        default: break;
+        case QMetaType::QDateTime:
+            return dateTimeText(value.toDateTime());
+        case QMetaType::QDate:
+            return dateTimeText(QDateTime(value.toDate(), QTime(0, 0)));
+        case QMetaType::Bool:
+            return value.toBool() ? 1 : 0;
+        case QMetaType::QByteArray:
+            return value;
+        default:
+            break;
     }
     return value;
 }
@@ -91,6 +96,10 @@ QDateTime Dialect::dateTimeFromText(const QString& text) {
     // pass twice reads back as the same QDateTime the code made.
     return QDateTime(QDate::fromString(text.left(10), QStringLiteral("yyyy-MM-dd")),
                      QTime::fromString(text.mid(11), QStringLiteral("HH:mm:ss")));
+}
+
+QString Dialect::catalogName(const QString& identifier) const {
+    return backend_ == Backend::PostgreSQL ? identifier.toLower() : identifier;
 }
 
 }  // namespace tvrx

@@ -24,7 +24,7 @@ enum class Backend { SQLite, PostgreSQL };
 //     @BIT@        smallint  (a 0/1 flag; see TableRegistry)    INTEGER
 //     @MONEY@      numeric(19,4)                                NUMERIC
 //     @DOUBLE@     double precision                             REAL
-//     @DATETIME@   timestamp(0) without time zone               DATETIME  (text "YYYY-MM-DD HH:MM:SS")
+//     @DATETIME@   timestamp(0) without time zone               DATETIME (text, to the second)
 //     @TEXT@       text                                         TEXT
 //     @BLOB@       bytea                                        BLOB
 //     @NOW@        LOCALTIMESTAMP(0)                            (datetime('now','localtime'))
@@ -46,6 +46,9 @@ public:
 
     // Inserts a row of defaults only and returns its key as the statement's one row.
     QString insertEmptyRow(const QString& table, const QString& keyColumn) const;
+    // The name under which the database's catalogue keeps an unquoted identifier:
+    // PostgreSQL folds it to lower case, SQLite keeps it as written.
+    QString catalogName(const QString& identifier) const;
 
     // Schema text with the type tokens above replaced.
     QString ddl(const QString& text) const;

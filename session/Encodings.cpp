@@ -90,24 +90,47 @@ QStringView midChars(QStringView text, qsizetype start, qsizetype length) {
     return text.sliced(start - 1, std::min(length, text.size() - start + 1));
 }
 
-// 1-based position of needle at or after the 1-based position `start`, 0 when not there.
-qsizetype positionOf(QStringView text, QStringView needle, qsizetype start) {
-    if (start > text.size() + 1) return 0;
-    return text.indexOf(needle, start - 1) + 1;
-}
-
-qsizetype positionOf(QStringView text, QChar needle, qsizetype start) {
+// 1-based position of needle (a text or a character) at or after the 1-based position
+// `start`, 0 when it is not there.
+template <class Needle>
+qsizetype positionOf(QStringView text, Needle needle, qsizetype start) {
     if (start > text.size() + 1) return 0;
     return text.indexOf(needle, start - 1) + 1;
 }
 
 // 1-based position of the first separator that is directly followed by code, 0 when there
-// is none. Walking the separators avoids building separator + code for every look-up.
+// is none. Responses use a one-character separator; for it one plain pass over the text
+// beats a library search per separator, since fields are only a few characters apart.
 qsizetype fieldPosition(QStringView scan, QStringView separator, QStringView code) {
-    for (qsizetype at = scan.indexOf(separator); at >= 0; at = scan.indexOf(separator, at + 1)) {
-        if (scan.sliced(at + separator.size()).startsWith(code)) return at + 1;
+    if (separator.size() != 1) {
+        for (qsizetype at = scan.indexOf(separator); at >= 0;
+             at = scan.indexOf(separator, at + 1)) {
+            if (scan.sliced(at + separator.size()).startsWith(code)) return at + 1;
+        }
+        return 0;
+    }
+    const char16_t mark = separator.front().unicode();
+    const char16_t* text = scan.utf16();
+    const char16_t* wanted = code.utf16();
+    for (qsizetype at = 0; at < scan.size() - code.size(); ++at) {
+        if (text[at] != mark) continue;
+        qsizetype matched = 0;
+        while (matched < code.size() && text[at + 1 + matched] == wanted[matched]) ++matched;
+        if (matched == code.size()) return at + 1;
     }
     return 0;
+}
+
+// 1-based position of the next separator at or after `start`, 0 when there is none.
+qsizetype separatorPosition(QStringView scan, QStringView separator, qsizetype start) {
+    return separator.size() == 1 ? positionOf(scan, separator.front(), start)
+                                 : positionOf(scan, separator, start);
+}
+
+bool holdsGroupOrSegmentEnd(QStringView value) {
+    return std::any_of(value.begin(), value.end(), [](QChar c) {
+        return c == QChar(kGroupSeparator) || c == QChar(kSegmentSeparator);
+    });
 }
 
 struct FieldBounds {
@@ -118,14 +141,13 @@ struct FieldBounds {
 // Sets field.len step by step, so that a report made on an overflow shows how far it got.
 // Field codes count as two characters: the value starts at pos + 3.
 void measureField(QStringView scan, QStringView separator, FieldBounds& field) {
-    const qsizetype nextSeparator = positionOf(scan, separator, add16(field.pos, 1));
+    const qsizetype nextSeparator = separatorPosition(scan, separator, add16(field.pos, 1));
     if (nextSeparator > 0) {
         field.len = toInteger16(nextSeparator - add16(field.pos, 3));
         // A group or segment separator inside the value ends it; it is taken to be the
         // value's last character, so exactly one character is cut.
         const QStringView candidate = midChars(scan, add16(field.pos, 3), field.len);
-        if (candidate.contains(QChar(kGroupSeparator)) ||
-            candidate.contains(QChar(kSegmentSeparator))) {
+        if (holdsGroupOrSegmentEnd(candidate)) {
             field.len = static_cast<qint16>(field.len - 1);
         }
         return;

@@ -10,9 +10,9 @@
 
 namespace tvrx {
 
-Frame::Frame(const char* label) : label_(QString::fromLatin1(label)) {}
-
-Frame::Frame(QString label) : label_(std::move(label)) {}
+QString Frame::label() const {
+    return literalLabel_ != nullptr ? QString::fromLatin1(literalLabel_) : label_;
+}
 
 Frame& Frame::on(long number, OnFailure handling, std::function<void()> box) {
     specials_.push_back({number, handling, std::move(box)});
@@ -75,7 +75,7 @@ void Frame::handle(long number, const QString& description, const QString& sourc
         }
     }
     reportFailure(description, number, source.isEmpty() ? QStringLiteral("TVRX1") : source, line,
-                  label_, details);
+                  label(), details);
 }
 
 void reportFailure(const QString& description, long number, const QString& source, qint32 line,

@@ -11,22 +11,9 @@ namespace tvrx {
 
 namespace {
 
-// The procedures that insert an otherwise empty row and return its key.
-struct NewKeyProcedure {
-    const char* name;
-    const char* table;
-    const char* key;
-};
-
-constexpr NewKeyProcedure kNewKeyProcedures[] = {
-    {"NewPatIns", "PATINS", "PatInsID"},     {"NewPatient", "PATIENT", "PatientID"},
-    {"NewDoc", "PHYSIC", "MDID"},            {"NewDrug", "DRUG", "DrugID"},
-    {"NewFacility", "Facility", "FacilityID"}, {"NewInsurance", "INSURANCE", "InsID"},
-};
-
-Procedures::Procedure newKeyProcedure(const NewKeyProcedure& entry) {
+Procedures::Procedure newKeyProcedure(const Procedures::NewKey& entry) {
     const QString table = QString::fromLatin1(entry.table);
-    const QString key = QString::fromLatin1(entry.key);
+    const QString key = QString::fromLatin1(entry.keyColumn);
     return [table, key](DbConnection& connection, const QVariantList&) {
         // The database hands out the key, so two workstations asking at once never
         // get the same one.
@@ -53,7 +40,7 @@ struct Registry {
     std::map<QString, Procedures::Procedure> procedures;
 
     Registry() {
-        for (const auto& entry : kNewKeyProcedures) {
+        for (const auto& entry : Procedures::newKeyProcedures()) {
             procedures[canonical(QString::fromLatin1(entry.name))] = newKeyProcedure(entry);
         }
         procedures[canonical(QStringLiteral("PatientIns"))] = patientIns;
@@ -66,6 +53,18 @@ Registry& registry() {
 }
 
 }  // namespace
+
+const std::vector<Procedures::NewKey>& Procedures::newKeyProcedures() {
+    static const std::vector<NewKey> table{
+        {"NewPatIns", "PATINS", "PatInsID"},
+        {"NewPatient", "PATIENT", "PatientID"},
+        {"NewDoc", "PHYSIC", "MDID"},
+        {"NewDrug", "DRUG", "DrugID"},
+        {"NewFacility", "Facility", "FacilityID"},
+        {"NewInsurance", "INSURANCE", "InsID"},
+    };
+    return table;
+}
 
 void Procedures::registerProcedure(const QString& name, Procedure procedure) {
     Registry& r = registry();

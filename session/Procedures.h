@@ -6,6 +6,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <vector>
 
 namespace tvrx {
 
@@ -23,6 +24,14 @@ public:
         RecordSet rows;
     };
     using Procedure = std::function<Result(DbConnection& connection, const QVariantList& args)>;
+
+    // A procedure that inserts an otherwise empty row into its table and returns its key.
+    struct NewKey {
+        const char* name;
+        const char* table;
+        const char* keyColumn;
+    };
+    static const std::vector<NewKey>& newKeyProcedures();
 
     static void registerProcedure(const QString& name, Procedure procedure);
     static bool isRegistered(const QString& name);

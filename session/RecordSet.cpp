@@ -23,15 +23,18 @@ Criterion parseCriterion(const QString& text) {
     static const QRegularExpression form(
         QStringLiteral("^\\s*\\[?([A-Za-z_][A-Za-z0-9_.]*)\\]?\\s*=\\s*(.*?)\\s*$"));
     const auto match = form.match(text);
-    if (!match.hasMatch()) fail(err::InvalidProcedureCall, QStringLiteral("Cannot find by \"%1\".").arg(text));
+    if (!match.hasMatch())
+        fail(err::InvalidProcedureCall, QStringLiteral("Cannot find by \"%1\".").arg(text));
     QString value = match.captured(2);
-    if (value.size() >= 2 && value.startsWith(QLatin1Char('\'')) && value.endsWith(QLatin1Char('\''))) {
+    if (value.size() >= 2 && value.startsWith(QLatin1Char('\'')) &&
+        value.endsWith(QLatin1Char('\''))) {
         value = value.mid(1, value.size() - 2).replace(QStringLiteral("''"), QStringLiteral("'"));
         return {match.captured(1), value};
     }
     bool isNumber = false;
     const double number = value.toDouble(&isNumber);
-    if (!isNumber) fail(err::InvalidProcedureCall, QStringLiteral("Cannot find by \"%1\".").arg(text));
+    if (!isNumber)
+        fail(err::InvalidProcedureCall, QStringLiteral("Cannot find by \"%1\".").arg(text));
     return {match.captured(1), number};
 }
 
@@ -246,9 +249,10 @@ void RecordSet::writeChanges() {
     if (assignments.isEmpty()) return;
     const QVariant key = keyValue();
     params.append(key);
-    link_->execute(QStringLiteral("UPDATE %1 SET %2 WHERE %3 = ?")
-                       .arg(table_, assignments.join(QStringLiteral(", ")), allNames_.at(keyIndex_)),
-                   params);
+    link_->execute(
+        QStringLiteral("UPDATE %1 SET %2 WHERE %3 = ?")
+            .arg(table_, assignments.join(QStringLiteral(", ")), allNames_.at(keyIndex_)),
+        params);
 }
 
 void RecordSet::insertRow() {
@@ -265,9 +269,10 @@ void RecordSet::insertRow() {
     if (keyIndex_ < 0) fail(err::NotUpdatable);
     const QString key = allNames_.at(keyIndex_);
     const QString sql = columns.isEmpty()
-        ? link_->dialect().insertEmptyRow(table_, key)
-        : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3) RETURNING %4")
-              .arg(table_, columns.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")), key);
+                            ? link_->dialect().insertEmptyRow(table_, key)
+                            : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3) RETURNING %4")
+                                  .arg(table_, columns.join(QStringLiteral(", ")),
+                                       marks.join(QStringLiteral(", ")), key);
     RecordSet inserted = link_->openRecordSet(sql, params);
     if (!inserted.Eof()) values[keyIndex_] = inserted.Fields(0);
 }
@@ -303,8 +308,8 @@ void RecordSet::Delete() {
         return;
     }
     const QVariant key = keyValue();
-    link_->execute(QStringLiteral("DELETE FROM %1 WHERE %2 = ?").arg(table_, allNames_.at(keyIndex_)),
-                   {key});
+    link_->execute(
+        QStringLiteral("DELETE FROM %1 WHERE %2 = ?").arg(table_, allNames_.at(keyIndex_)), {key});
     rows_[static_cast<size_t>(position_)].deleted = true;
     changed_.assign(changed_.size(), false);
 }

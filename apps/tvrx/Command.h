@@ -29,6 +29,9 @@ int usageError(const Command& command, const QString& problem);
 
 // Each sub-command file defines one of these.
 Command encodeCommand();
+Command initCommand();
+Command planCommand();
+Command showCommand();
 Command decodeCommand();
 
 }  // namespace tvrx::cli

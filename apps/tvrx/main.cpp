@@ -9,6 +9,9 @@ namespace tvrx::cli {
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
         encodeCommand(),
+        initCommand(),
+        showCommand(),
+        planCommand(),
         decodeCommand(),
     };
     return all;

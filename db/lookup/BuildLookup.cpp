@@ -3,6 +3,8 @@
 // Each file's header row names the table's columns; every column is text. Rows keep the
 // file's order, because the readers take the first row that matches.
 
+#include "session/TabSeparated.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QSqlDatabase>
@@ -21,31 +23,17 @@ struct TableSource {
     QString file;
 };
 
-struct TsvFile {
-    QStringList columns;
-    std::vector<QStringList> rows;
-};
+using tvrx::TabSeparated;
 
-[[noreturn]] void failWith(const QString& message) { throw std::runtime_error(message.toStdString()); }
+[[noreturn]] void failWith(const QString& message) {
+    throw std::runtime_error(message.toStdString());
+}
 
-TsvFile readTsv(const QString& path) {
+TabSeparated readTsv(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) failWith(path + QStringLiteral(": ") + file.errorString());
-    const QString text = QString::fromUtf8(file.readAll()).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    const QStringList lines = text.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    if (lines.isEmpty()) failWith(path + QStringLiteral(": no header row"));
-    TsvFile tsv{lines.first().split(QLatin1Char('\t')), {}};
-    for (qsizetype i = 1; i < lines.size(); ++i) {
-        QStringList fields = lines[i].split(QLatin1Char('\t'));
-        if (fields.size() != tsv.columns.size()) {
-            failWith(QStringLiteral("%1:%2: %3 fields, the header has %4")
-                         .arg(path)
-                         .arg(i + 1)
-                         .arg(fields.size())
-                         .arg(tsv.columns.size()));
-        }
-        tsv.rows.push_back(std::move(fields));
-    }
+    TabSeparated tsv = tvrx::parseTabSeparated(QString::fromUtf8(file.readAll()));
+    if (!tsv.error.isEmpty()) failWith(path + QStringLiteral(": ") + tsv.error);
     return tsv;
 }
 
@@ -54,28 +42,32 @@ void exec(QSqlQuery& query, const QString& what) {
 }
 
 void writeTable(QSqlDatabase& db, const TableSource& source) {
-    const TsvFile tsv = readTsv(source.file);
+    const TabSeparated tsv = readTsv(source.file);
     QSqlQuery query(db);
     QStringList definitions;
     for (const QString& column : tsv.columns) definitions << column + QStringLiteral(" text");
-    query.prepare(QStringLiteral("CREATE TABLE %1 (%2)").arg(source.table, definitions.join(QStringLiteral(", "))));
+    query.prepare(QStringLiteral("CREATE TABLE %1 (%2)")
+                      .arg(source.table, definitions.join(QStringLiteral(", "))));
     exec(query, source.table);
 
     const QStringList marks(tsv.columns.size(), QStringLiteral("?"));
     query.prepare(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                      .arg(source.table, tsv.columns.join(QStringLiteral(", ")), marks.join(QStringLiteral(", "))));
+                      .arg(source.table, tsv.columns.join(QStringLiteral(", ")),
+                           marks.join(QStringLiteral(", "))));
     for (const QStringList& row : tsv.rows) {
         for (qsizetype i = 0; i < row.size(); ++i) query.bindValue(int(i), row[i]);
         exec(query, source.table);
     }
-    std::printf("%s: %zu rows from %s\n", qPrintable(source.table), tsv.rows.size(), qPrintable(source.file));
+    std::printf("%s: %zu rows from %s\n", qPrintable(source.table), tsv.rows.size(),
+                qPrintable(source.file));
 }
 
 void build(const QString& output, const std::vector<TableSource>& sources) {
     const QString partial = output + QStringLiteral(".partial");
     QFile::remove(partial);
     {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("lookup"));
+        QSqlDatabase db =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("lookup"));
         db.setDatabaseName(partial);
         if (!db.open()) failWith(partial + QStringLiteral(": ") + db.lastError().text());
         db.transaction();
@@ -85,7 +77,8 @@ void build(const QString& output, const std::vector<TableSource>& sources) {
     }
     QSqlDatabase::removeDatabase(QStringLiteral("lookup"));
     QFile::remove(output);
-    if (!QFile::rename(partial, output)) failWith(QStringLiteral("cannot move %1 to %2").arg(partial, output));
+    if (!QFile::rename(partial, output))
+        failWith(QStringLiteral("cannot move %1 to %2").arg(partial, output));
 }
 
 std::vector<TableSource> parseSources(const QStringList& arguments) {

@@ -1,14 +1,12 @@
 -- The pharmacy's main database: every table the library reads or writes.
 --
--- One text for SQLite and PostgreSQL. The words between @ signs stand for the types
--- that differ between the two and are filled in for the back end at hand:
---   @KEY@       integer key numbered by the database (the new-key procedures return it)
---   @DATETIME@  local wall-clock date and time to the second
---   @TEXT@      unbounded text; every cut to a width happens in the code
---   @MONEY@     a currency amount
---   @BIT@       a bit-like flag: 0 or 1, any other non-zero value is stored as 1
---               (migration 002 installs the normalisation)
--- Flags that statements write as -1 are plain smallint. Identifiers stay unquoted, so
+-- One text for SQLite and PostgreSQL. The words between @ signs are the data layer's type
+-- tokens, filled in for the back end at hand: @KEY@ an integer key numbered by the
+-- database (the new-key procedures return it), @DATETIME@ local wall-clock time to the
+-- second, @TEXT@ unbounded text (every cut to a width happens in the code), @MONEY@ a
+-- currency amount, @BIT@ a bit-like flag (0 or 1; migration 002 stores any other non-zero
+-- value as 1), and @INT@, @SMALLINT@, @DOUBLE@ for 32-bit, 16-bit and floating numbers.
+-- Flags that statements write as -1 are plain @SMALLINT@. Identifiers stay unquoted, so
 -- that every statement may spell them in any letter case.
 
 CREATE TABLE Store (
@@ -26,10 +24,10 @@ CREATE TABLE Store (
 );
 
 CREATE TABLE Options (
-    OptionsID integer NOT NULL PRIMARY KEY,
-    DefaultCA integer,
-    DefaultINS integer,
-    SalesTax double precision
+    OptionsID @INT@ NOT NULL PRIMARY KEY,
+    DefaultCA @INT@,
+    DefaultINS @INT@,
+    SalesTax @DOUBLE@
 );
 
 CREATE TABLE RPH (
@@ -65,33 +63,33 @@ CREATE TABLE PATIENT (
     Room @TEXT@,
     Allergies @TEXT@,
     Location @TEXT@,
-    WeightKg double precision,
-    HeightCm double precision,
+    WeightKg @DOUBLE@,
+    HeightCm @DOUBLE@,
     Notes @TEXT@,
-    ChargeAccount smallint,
-    ARCustomerID integer,
+    ChargeAccount @SMALLINT@,
+    ARCustomerID @INT@,
     ForeignSigs @TEXT@,
     MarriageStatus @TEXT@,
     StudentStatus @TEXT@,
     WorkPhone @TEXT@,
     EMail @TEXT@,
-    PatInsID integer,
-    PatAllID integer,
+    PatInsID @INT@,
+    PatAllID @INT@,
     Conditions @TEXT@,
-    EasyOpen smallint,
+    EasyOpen @SMALLINT@,
     SSN @TEXT@,
-    PriceTableID integer,
+    PriceTableID @INT@,
     AllergiesLarge @TEXT@,
     Diagnosis @TEXT@,
-    EmployerID integer,
+    EmployerID @INT@,
     InjuryType @TEXT@,
     QBListID @TEXT@,
     InjuryDate @DATETIME@,
-    Spanish smallint,
-    HIPPA smallint,
-    AutoCharge smallint,
-    FacilityID integer,
-    MDID integer,
+    Spanish @SMALLINT@,
+    HIPPA @SMALLINT@,
+    AutoCharge @SMALLINT@,
+    FacilityID @INT@,
+    MDID @INT@,
     AdmitDate @DATETIME@,
     CCNumber @TEXT@,
     CCExpMonth @TEXT@,
@@ -99,17 +97,17 @@ CREATE TABLE PATIENT (
     CCName @TEXT@,
     CCAddress @TEXT@,
     CCZip @TEXT@,
-    CCAddressSame smallint,
-    Pregnancy smallint,
-    Smoker smallint,
-    ImportID integer,
+    CCAddressSame @SMALLINT@,
+    Pregnancy @SMALLINT@,
+    Smoker @SMALLINT@,
+    ImportID @INT@,
     DateChanged @DATETIME@,
-    Deleted @BIT@
+    Deleted @BIT@ DEFAULT 0
 );
 
 CREATE TABLE PATALL (
     PatAllID @KEY@,
-    PatientID integer,
+    PatientID @INT@,
     Code @TEXT@,
     Allergies @TEXT@
 );
@@ -127,12 +125,12 @@ CREATE TABLE INSURANCE (
     Notes @TEXT@,
     Contact @TEXT@,
     Fee @MONEY@,
-    FeePS smallint,
+    FeePS @SMALLINT@,
     Copay @MONEY@,
-    CopayPS smallint,
+    CopayPS @SMALLINT@,
     GenericFee @MONEY@,
     GenericCopay @MONEY@,
-    GenCopayPS smallint,
+    GenCopayPS @SMALLINT@,
     DaysSupply @BIT@,
     Basis @TEXT@,
     Form @TEXT@,
@@ -141,7 +139,7 @@ CREATE TABLE INSURANCE (
     UandC @BIT@,
     PatCopay @BIT@,
     DoctorID @TEXT@,
-    OnLineLimit smallint,
+    OnLineLimit @SMALLINT@,
     OnLinePhone @TEXT@,
     Device @TEXT@,
     ModemSpeed @TEXT@,
@@ -150,21 +148,21 @@ CREATE TABLE INSURANCE (
     Parity @TEXT@,
     BIN @TEXT@,
     ProcNumb @TEXT@,
-    BrandPT smallint,
-    GenericPT smallint,
+    BrandPT @SMALLINT@,
+    GenericPT @SMALLINT@,
     OnLine @BIT@,
     Internet @BIT@,
     VendorID @TEXT@,
     ClaimFields @TEXT@,
     IDQualifier @TEXT@,
-    Deleted @BIT@
+    Deleted @BIT@ DEFAULT 0
 );
 
 CREATE TABLE PATINS (
     PatInsID @KEY@,
-    OPatInsID integer,
-    InsID integer,
-    PatientID integer,
+    OPatInsID @INT@,
+    InsID @INT@,
+    PatientID @INT@,
     InsCode @TEXT@,
     GroupNumber @TEXT@,
     InsuranceGroup @TEXT@,
@@ -202,12 +200,12 @@ CREATE TABLE PHYSIC (
     StateLic @TEXT@,
     Provider1 @TEXT@,
     Provider2 @TEXT@,
-    NumberOfScripts double precision,
-    PriceAmount double precision,
-    CostAmount double precision,
+    NumberOfScripts @DOUBLE@,
+    PriceAmount @DOUBLE@,
+    CostAmount @DOUBLE@,
     LastRxDate @DATETIME@,
     EMail @TEXT@,
-    ImportID integer,
+    ImportID @INT@,
     DateChanged @DATETIME@
 );
 
@@ -215,61 +213,61 @@ CREATE TABLE DRUG (
     DrugID @KEY@,
     Name @TEXT@,
     Dosage @TEXT@,
-    PackageSize integer,
-    dPkgSize double precision,
+    PackageSize @INT@,
+    dPkgSize @DOUBLE@,
     NDC @TEXT@,
     Schedule @TEXT@,
-    AWP double precision,
-    AWPUpdate smallint,
-    Cost double precision,
-    CostUpdate smallint,
-    MAC double precision,
-    MACUpdate smallint,
-    Generic smallint,
-    PriceTableID integer,
+    AWP @DOUBLE@,
+    AWPUpdate @SMALLINT@,
+    Cost @DOUBLE@,
+    CostUpdate @SMALLINT@,
+    MAC @DOUBLE@,
+    MACUpdate @SMALLINT@,
+    Generic @SMALLINT@,
+    PriceTableID @INT@,
     Expiration @DATETIME@,
     Lot @TEXT@,
     GCN @TEXT@,
-    Compound smallint,
-    Stock double precision,
-    MinReorderQty double precision,
-    ParQty double precision,
-    PEC integer,
+    Compound @SMALLINT@,
+    Stock @DOUBLE@,
+    MinReorderQty @DOUBLE@,
+    ParQty @DOUBLE@,
+    PEC @INT@,
     Note @TEXT@,
-    MonoNum integer,
+    MonoNum @INT@,
     GenericName @TEXT@,
     BrandName @TEXT@,
     RouteCode @TEXT@,
     Strength @TEXT@,
     DrugClass @TEXT@,
     CategoryCode @TEXT@,
-    DESI smallint,
-    UD smallint,
+    DESI @SMALLINT@,
+    UD @SMALLINT@,
     ObsoleteDate @TEXT@,
     Units @TEXT@,
     Therapy @TEXT@,
     AWPDate @TEXT@,
     CostDate @TEXT@,
     MACDate @TEXT@,
-    ImportID integer,
-    DecSize double precision,
+    ImportID @INT@,
+    DecSize @DOUBLE@,
     HCPC @TEXT@,
     TXR @TEXT@,
     ItemNumber @TEXT@,
     MFR @TEXT@,
-    EnableAutoFill smallint,
+    EnableAutoFill @SMALLINT@,
     DefaultSig @TEXT@,
-    DefaultQty double precision,
-    DefaultRefills smallint,
-    DefaultDS smallint,
+    DefaultQty @DOUBLE@,
+    DefaultRefills @SMALLINT@,
+    DefaultDS @SMALLINT@,
     DateChanged @DATETIME@
 );
 
 -- A drug's dosing times; a row with a PatientID holds that patient's own times.
 CREATE TABLE DrugTimes (
     DrugTimesID @KEY@,
-    DrugID integer,
-    PatientID integer,
+    DrugID @INT@,
+    PatientID @INT@,
     Times @TEXT@,
     DateChanged @DATETIME@
 );
@@ -295,42 +293,42 @@ CREATE TABLE Facility (
 -- One fill: the original (RefillNumber 0) or a refill of prescription Number.
 CREATE TABLE RXINFO (
     RXInfoID @KEY@,
-    Number integer,
-    RefillNumber integer,
-    LogID integer,
+    Number @INT@,
+    RefillNumber @INT@,
+    LogID @INT@,
     Date @DATETIME@,
-    Qty double precision,
-    MetricQty double precision,
-    Price double precision,
-    RetailPrice double precision,
-    Copay double precision,
-    QtyRemain double precision,
+    Qty @DOUBLE@,
+    MetricQty @DOUBLE@,
+    Price @DOUBLE@,
+    RetailPrice @DOUBLE@,
+    Copay @DOUBLE@,
+    QtyRemain @DOUBLE@,
     DS @TEXT@,
     Patient @TEXT@,
-    PatientID integer,
+    PatientID @INT@,
     Doctor @TEXT@,
-    MDID integer,
-    PatInsID integer,
-    InsID integer,
+    MDID @INT@,
+    PatInsID @INT@,
+    InsID @INT@,
     SIG @TEXT@,
-    Compound smallint,
+    Compound @SMALLINT@,
     Drug @TEXT@,
-    DrugID integer,
-    Refills double precision,
-    OriginalRefills integer,
-    Cost double precision,
-    PriceTableID integer,
-    AWP double precision,
-    PA smallint,
+    DrugID @INT@,
+    Refills @DOUBLE@,
+    OriginalRefills @INT@,
+    Cost @DOUBLE@,
+    PriceTableID @INT@,
+    AWP @DOUBLE@,
+    PA @SMALLINT@,
     PANumber @TEXT@,
     DNDC @TEXT@,
-    Voided smallint DEFAULT 0,
-    OnHold smallint DEFAULT 0,
+    Voided @SMALLINT@ DEFAULT 0,
+    OnHold @SMALLINT@ DEFAULT 0,
     OriginalDate @DATETIME@,
-    OriginalQty double precision,
+    OriginalQty @DOUBLE@,
     DAWField @TEXT@,
-    RPhID integer,
-    TechID integer,
+    RPhID @INT@,
+    TechID @INT@,
     Schedule @TEXT@,
     Notes @TEXT@,
     SigCodes @TEXT@,
@@ -339,17 +337,17 @@ CREATE TABLE RXINFO (
     DURIntervention @TEXT@,
     DUROutcome @TEXT@,
     AuthNumber @TEXT@,
-    Paid smallint,
-    ARCharge smallint,
-    Online smallint,
+    Paid @SMALLINT@,
+    ARCharge @SMALLINT@,
+    Online @SMALLINT@,
     OnlineResult @TEXT@,
     Diagnosis @TEXT@,
-    OtherPayor double precision,
+    OtherPayor @DOUBLE@,
     DenialDate @DATETIME@,
     HCPC @TEXT@,
-    Form smallint,
+    Form @SMALLINT@,
     ControlNumber @TEXT@,
-    Transferred smallint,
+    Transferred @SMALLINT@,
     QBTxnID @TEXT@,
     PAMC @TEXT@,
     DURData @TEXT@,
@@ -357,23 +355,23 @@ CREATE TABLE RXINFO (
     EligibilityCode @TEXT@,
     OriginCode @TEXT@,
     LevelOfService @TEXT@,
-    GeneratedRx double precision,
+    GeneratedRx @DOUBLE@,
     Units @TEXT@,
     InsData @TEXT@,
-    FormulaID smallint,
-    OPatInsID integer,
-    OInsPaid smallint,
-    OInsAmount double precision,
-    OInsCopay double precision,
-    PInsAmount double precision,
-    PInsCopay double precision,
+    FormulaID @SMALLINT@,
+    OPatInsID @INT@,
+    OInsPaid @SMALLINT@,
+    OInsAmount @DOUBLE@,
+    OInsCopay @DOUBLE@,
+    PInsAmount @DOUBLE@,
+    PInsCopay @DOUBLE@,
     OAuthNumber @TEXT@,
     OOnlineResult @TEXT@,
     OtherCoverage @TEXT@,
     OtherType @TEXT@,
     PaidQualifier @TEXT@,
     OtherDate @DATETIME@,
-    Deleted @BIT@,
+    Deleted @BIT@ DEFAULT 0,
     OtherIDQualifier @TEXT@,
     OtherID @TEXT@,
     ProductIDQualifier @TEXT@,
@@ -387,12 +385,12 @@ CREATE INDEX RXINFO_GeneratedRx ON RXINFO (GeneratedRx);
 -- The compound ingredients of a fill.
 CREATE TABLE Ingredients (
     IngredientID @KEY@,
-    RxInfoID integer,
+    RxInfoID @INT@,
     NAME @TEXT@,
     NDC @TEXT@,
     CostBasis @TEXT@,
-    Qty double precision,
-    Cost double precision,
+    Qty @DOUBLE@,
+    Cost @DOUBLE@,
     HCPC @TEXT@
 );
 
@@ -401,10 +399,10 @@ CREATE INDEX Ingredients_RxInfoID ON Ingredients (RxInfoID);
 -- Every claim request sent and every response received.
 CREATE TABLE Claims (
     ClaimID @KEY@,
-    RxInfoID integer,
-    Response smallint,
-    Reversal smallint,
-    OtherIns smallint,
+    RxInfoID @INT@,
+    Response @SMALLINT@,
+    Reversal @SMALLINT@,
+    OtherIns @SMALLINT@,
     ClaimText @TEXT@,
     HeaderText @TEXT@,
     ClaimDateTime @DATETIME@
@@ -416,10 +414,10 @@ CREATE INDEX Claims_RxInfoID ON Claims (RxInfoID);
 CREATE TABLE LOG_RX (
     LogRxID @KEY@,
     LogDate @DATETIME@,
-    RxInfoID integer,
+    RxInfoID @INT@,
     Changes @TEXT@,
-    RPhID integer,
-    TechID integer
+    RPhID @INT@,
+    TechID @INT@
 );
 
 CREATE INDEX LOG_RX_RxInfoID ON LOG_RX (RxInfoID);
@@ -427,9 +425,9 @@ CREATE INDEX LOG_RX_RxInfoID ON LOG_RX (RxInfoID);
 -- The want list: at most one open order line per drug.
 CREATE TABLE WANTBOOK (
     WantbookID @KEY@,
-    DrugID integer,
+    DrugID @INT@,
     Date @DATETIME@,
-    OrderQty integer
+    OrderQty @INT@
 );
 
 CREATE INDEX WANTBOOK_DrugID ON WANTBOOK (DrugID);
@@ -437,37 +435,37 @@ CREATE INDEX WANTBOOK_DrugID ON WANTBOOK (DrugID);
 -- Price tables: one key row per table, and its bands in PriceTableInfo. UseCost -1
 -- prices from the cost, 0 from the AWP; BreakOnQty not 0 picks the band by quantity.
 CREATE TABLE PriceTable (
-    PriceTableID integer NOT NULL PRIMARY KEY,
+    PriceTableID @INT@ NOT NULL PRIMARY KEY,
     Description @TEXT@,
-    UseCost smallint DEFAULT 0,
-    BreakOnQty smallint DEFAULT 0
+    UseCost @SMALLINT@ DEFAULT 0,
+    BreakOnQty @SMALLINT@ DEFAULT 0
 );
 
 CREATE TABLE PriceTableInfo (
     PriceTableInfoID @KEY@,
-    PriceTableID integer,
-    BreakPoint double precision,
-    MarkUpMultiplier double precision,
-    MarkUpAddend double precision
+    PriceTableID @INT@,
+    BreakPoint @DOUBLE@,
+    MarkUpMultiplier @DOUBLE@,
+    MarkUpAddend @DOUBLE@
 );
 
 CREATE INDEX PriceTableInfo_PriceTableID ON PriceTableInfo (PriceTableID, BreakPoint);
 
 -- The key rows in the shape the alternate source uses: AWP 0 prices from the cost.
 CREATE TABLE PriceTableKey (
-    PriceTableID integer NOT NULL PRIMARY KEY,
-    AWP smallint,
-    BreakOnQty smallint
+    PriceTableID @INT@ NOT NULL PRIMARY KEY,
+    AWP @SMALLINT@,
+    BreakOnQty @SMALLINT@
 );
 
 -- The list of automatic refills.
 CREATE TABLE AutoRefill (
     AutoRefillID @KEY@,
-    PatientID integer,
-    Number integer,
+    PatientID @INT@,
+    Number @INT@,
     PatientName @TEXT@,
     Description @TEXT@,
     LastDate @DATETIME@,
-    SpecificDay smallint,
-    IntervalDays integer
+    SpecificDay @SMALLINT@,
+    IntervalDays @INT@
 );

@@ -28,7 +28,9 @@ struct EncodingsInput {
     QString fallback;
     qint16 width = 0;
     double amount = 0;
-    // How far the scan text is pushed back to reach the 16-bit limits of GetField.
+    // How far the scan text is pushed back to reach the 16-bit limits of GetField; 0 for
+    // half of the inputs, because scanning past 32767 characters is most of the cost of an
+    // input.
     qsizetype padding = 0;
 };
 
@@ -46,7 +48,7 @@ EncodingsInput readInput(const std::uint8_t* data, std::size_t size) {
     if (size >= sizeof(double))
         std::memcpy(&in.amount, data + size - sizeof(double), sizeof(double));
     constexpr qsizetype kNearTheLimit = 32760;
-    in.padding = kNearTheLimit + (size > 0 ? data[0] % 16 : 0);
+    if (size > 0 && (data[0] & 1) != 0) in.padding = kNearTheLimit + (data[0] >> 1) % 16;
     return in;
 }
 
@@ -176,7 +178,7 @@ int fuzzEncodings(const std::uint8_t* data, std::size_t size) {
     fuzzFixedLength(session, in);
     fuzzOverPunch(session, in);
     fuzzGetField(session, in, in.scan);
-    fuzzGetField(session, in, QString(in.padding, u'x') + in.scan);
+    if (in.padding > 0) fuzzGetField(session, in, QString(in.padding, u'x') + in.scan);
     fuzzCleaners(session, in);
     return 0;
 }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 namespace tvrx {
@@ -22,6 +23,10 @@ const FuzzTarget kFuzzTargets[] = {
     {"encodings", fuzz::fuzzEncodings},
     {"build_response", fuzz::fuzzBuildResponse},
 };
+
+void PrintTo(const FuzzTarget& target, std::ostream* out) {
+    *out << target.name;
+}
 
 class CorpusReplayTest : public ::testing::TestWithParam<FuzzTarget> {};
 

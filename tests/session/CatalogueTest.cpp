@@ -11,27 +11,15 @@
 namespace tvrx {
 namespace {
 
-struct KeyTable {
-    const char* procedure;
-    const char* table;
-    const char* key;
-};
-
-constexpr KeyTable kKeyTables[] = {
-    {"NewPatIns", "PATINS", "PatInsID"}, {"NewPatient", "PATIENT", "PatientID"},
-    {"NewDoc", "PHYSIC", "MDID"},        {"NewDrug", "DRUG", "DrugID"},
-    {"NewFacility", "Facility", "FacilityID"}, {"NewInsurance", "INSURANCE", "InsID"},
-};
-
 class CatalogueTest : public test::DatabaseFixture {
 protected:
     void SetUp() override {
         DatabaseFixture::SetUp();
         if (IsSkipped() || HasFatalFailure()) return;
-        for (const auto& t : kKeyTables) {
+        for (const auto& t : Procedures::newKeyProcedures()) {
             const bool coverage = qstrcmp(t.table, "PATINS") == 0;
             createTable(QStringLiteral("CREATE TABLE %1 (%2 @KEY@, Name @TEXT@%3)")
-                            .arg(QLatin1String(t.table), QLatin1String(t.key),
+                            .arg(QLatin1String(t.table), QLatin1String(t.keyColumn),
                                  coverage ? QStringLiteral(", InsID @INT@") : QString()));
         }
         catalogue().RxDB().setConnectionString(connectionString());
@@ -41,10 +29,14 @@ protected:
 };
 
 TEST_P(CatalogueTest, NewKeyProceduresInsertAnEmptyRow) {
-    for (const auto& t : kKeyTables) {
-        const qint32 first = Procedures::newKey(*db, QLatin1String(t.procedure));
-        EXPECT_EQ(Procedures::newKey(*db, QStringLiteral("dbo.") + QLatin1String(t.procedure)), first + 1);
-        EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM %1 WHERE Name IS NULL").arg(QLatin1String(t.table))).toInt(), 2);
+    for (const auto& t : Procedures::newKeyProcedures()) {
+        const qint32 first = Procedures::newKey(*db, QLatin1String(t.name));
+        EXPECT_EQ(Procedures::newKey(*db, QStringLiteral("dbo.") + QLatin1String(t.name)),
+                  first + 1);
+        EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM %1 WHERE Name IS NULL")
+                                 .arg(QLatin1String(t.table)))
+                      .toInt(),
+                  2);
     }
 }
 
@@ -54,7 +46,8 @@ TEST_P(CatalogueTest, TwoConnectionsAskingAtOnceGetDifferentKeys) {
     auto ask = [&](QList<qint32>* out) {
         DbConnection connection(connectionString());
         connection.Open();
-        for (int i = 0; i < kEach; ++i) out->append(Procedures::newKey(connection, QStringLiteral("NewPatient")));
+        for (int i = 0; i < kEach; ++i)
+            out->append(Procedures::newKey(connection, QStringLiteral("NewPatient")));
     };
     std::thread first(ask, &keys[0]);
     std::thread second(ask, &keys[1]);
@@ -70,10 +63,13 @@ TEST_P(CatalogueTest, RunLeavesRowsInTheCommandsRecordSet) {
     catalogue().Run(QStringLiteral("PatientByID"), {2});
     RecordSet& rs = catalogue().rs(QStringLiteral("PatientByID"));
     EXPECT_EQ(rs.Fields(QStringLiteral("Name")).toString(), "Bea");
-    EXPECT_EQ(caught([&] { catalogue().Run(QStringLiteral("PatientByID"), {1}); }).number, err::ObjectOpen);
+    EXPECT_EQ(caught([&] { catalogue().Run(QStringLiteral("PatientByID"), {1}); }).number,
+              err::ObjectOpen);
     rs.Close();
     catalogue().Run(QStringLiteral("patientbyid"), {1});
-    EXPECT_EQ(catalogue().rs(QStringLiteral("PatientByID")).Fields(QStringLiteral("Name")).toString(), "Ada");
+    EXPECT_EQ(
+        catalogue().rs(QStringLiteral("PatientByID")).Fields(QStringLiteral("Name")).toString(),
+        "Ada");
 
     db->Execute(QStringLiteral("INSERT INTO PATINS (InsID) VALUES (7)"));
     catalogue().Run(QStringLiteral("dbo_PatientIns"), {1});
@@ -87,23 +83,28 @@ TEST_P(CatalogueTest, ProceduresAreRegisteredByLaterCode) {
     const auto unknown = caught([&] { catalogue().Run(QStringLiteral("dbo_FindMonograph"), {1}); });
     EXPECT_EQ(unknown.number, err::StatementError);
     EXPECT_EQ(unknown.description, "Could not find stored procedure 'dbo.FindMonograph'.");
-    EXPECT_EQ(caught([&] { catalogue().Run(QStringLiteral("NoSuchCommand")); }).number, err::ItemNotFound);
+    EXPECT_EQ(caught([&] { catalogue().Run(QStringLiteral("NoSuchCommand")); }).number,
+              err::ItemNotFound);
 
     // The registry is the process's: a name of its own per back end.
-    const QString name = QStringLiteral("ListDrugs") + QString::fromStdString(test::backendName({GetParam(), 0}));
+    const QString name =
+        QStringLiteral("ListDrugs") + QString::fromStdString(test::backendName({GetParam(), 0}));
     EXPECT_FALSE(Procedures::isRegistered(name));
     Procedures::registerProcedure(name, [](DbConnection& connection, const QVariantList& args) {
-        return Procedures::Result{args.value(0), connection.OpenRecordSet(QStringLiteral("SELECT Name FROM DRUG"))};
+        return Procedures::Result{
+            args.value(0), connection.OpenRecordSet(QStringLiteral("SELECT Name FROM DRUG"))};
     });
     db->Execute(QStringLiteral("INSERT INTO DRUG (Name) VALUES ('Aspirin')"));
-    const Procedures::Result result = Procedures::call(*db, QStringLiteral("dbo.") + name.toUpper(), {42});
+    const Procedures::Result result =
+        Procedures::call(*db, QStringLiteral("dbo.") + name.toUpper(), {42});
     EXPECT_EQ(result.ReturnValue.toInt(), 42);
     EXPECT_EQ(result.rows.Fields(0).toString(), "Aspirin");
 }
 
 TEST(CatalogueCommands, EveryCommandIsListedOnceWithItsKind) {
     QSet<QString> names;
-    for (const auto& command : Catalogue::commands()) names.insert(QString::fromLatin1(command.name).toLower());
+    for (const auto& command : Catalogue::commands())
+        names.insert(QString::fromLatin1(command.name).toLower());
     EXPECT_EQ(names.size(), static_cast<int>(Catalogue::commands().size()));
     EXPECT_EQ(Catalogue::commands().size(), 45u);
     EXPECT_EQ(Catalogue::command(QStringLiteral("cmdDrugs"))->kind, Catalogue::Kind::Table);

@@ -26,20 +26,23 @@ protected:
     static DbConnection& rxdb() { return mdlMain::catalogue().RxDB(); }
     QStringList assigned() const {
         QStringList result;
-        for (const auto& [name, value] : reporter->assignments()) result.append(name + QLatin1Char('=') + value);
+        for (const auto& [name, value] : reporter->assignments())
+            result.append(name + QLatin1Char('=') + value);
         return result;
     }
 };
 
 TEST_P(ConnectionsTest, StartErrorsFillsTheReporterInOrder) {
     const AppConfig config = appConfig();
-    const QStringList application{"ApplicationPath=" + config.LibraryFolder, "ProductName=" + config.ProductName,
+    const QStringList application{"ApplicationPath=" + config.LibraryFolder,
+                                  "ProductName=" + config.ProductName,
                                   "Version=" + config.versionText(), "ReporterOption=False"};
     EXPECT_TRUE(mdlMain::StartErrors());
     EXPECT_EQ(assigned(), application);
 
     reporter->clear();
-    db->Execute(QStringLiteral("INSERT INTO Store (Name, Phone) VALUES ('Main St Pharmacy', '555-0100')"));
+    db->Execute(
+        QStringLiteral("INSERT INTO Store (Name, Phone) VALUES ('Main St Pharmacy', '555-0100')"));
     mdlMain::MainConnection = db;
     EXPECT_TRUE(mdlMain::StartErrors());
     const QStringList store{"StoreEMail=", "StoreName=Main St Pharmacy", "StorePhone=555-0100"};
@@ -53,7 +56,8 @@ TEST_P(ConnectionsTest, StartErrorsOnALostLinkShowsTheTimedOutBoxOnly) {
     user->answerMsgBox(Answer::OK);
     EXPECT_FALSE(mdlMain::StartErrors());
     ASSERT_EQ(user->calls().size(), 1);
-    EXPECT_EQ(user->calls().at(0).args, QStringList({kTimedOut, "0", "information", "1", "Data Error"}));
+    EXPECT_EQ(user->calls().at(0).args,
+              QStringList({kTimedOut, "0", "information", "1", "Data Error"}));
     EXPECT_TRUE(reporter->reports().isEmpty());
     EXPECT_TRUE(reporter->assignments().isEmpty());
 }
@@ -77,7 +81,8 @@ TEST_P(ConnectionsTest, ConnectionReopensTheCataloguesConnectionEveryTime) {
     rxdb().Execute(QStringLiteral("CREATE TEMPORARY TABLE Marker (A integer)"));
     mdlMain::setConnection(connect(), QStringLiteral("clsDoc:Connection"));
     EXPECT_EQ(rxdb().State(), 1);
-    EXPECT_EQ(caught([] { rxdb().Execute(QStringLiteral("SELECT A FROM Marker")); }).number, err::StatementError)
+    EXPECT_EQ(caught([] { rxdb().Execute(QStringLiteral("SELECT A FROM Marker")); }).number,
+              err::StatementError)
         << "a session of its own after reopening";
     EXPECT_NE(mdlMain::MainConnection, db);
     EXPECT_TRUE(reporter->reports().isEmpty());
@@ -87,7 +92,8 @@ TEST_P(ConnectionsTest, PatientReopensOnlyAfterStartErrorsSucceeded) {
     const struct {
         mdlMain::ConnectionVariant variant;
         int rxdbState;
-    } cases[] = {{mdlMain::ConnectionVariant::Standard, 1}, {mdlMain::ConnectionVariant::clsPatient, 0}};
+    } cases[] = {{mdlMain::ConnectionVariant::Standard, 1},
+                 {mdlMain::ConnectionVariant::clsPatient, 0}};
     for (const auto& c : cases) {
         if (rxdb().State() == 1) rxdb().Close();
         auto main = connect();
@@ -102,19 +108,18 @@ TEST_P(ConnectionsTest, CheckConnectionReopensWhatFellClosed) {
     const AppConfig config = appConfig();
     user->answerMsgBox(Answer::OK);
     EXPECT_FALSE(mdlMain::CheckConnection());
-    EXPECT_EQ(user->calls().at(0).args,
-              QStringList({"It appears your Data Server connection has failed. Close out of Tessivar (or Lite)\r\n"
-                           "and restart the application. If this problem persists contact technical support.",
-                           "0", "warning", "1", config.Title}));
+    EXPECT_EQ(
+        user->calls().at(0).args,
+        QStringList(
+            {"It appears your Data Server connection has failed. Close out of Tessivar (or "
+             "Lite)\r\n"
+             "and restart the application. If this problem persists contact technical support.",
+             "0", "warning", "1", config.Title}));
 
     mdlMain::setConnection(db, QStringLiteral("Wrapper:Connection"));
-    if (backend() == Backend::PostgreSQL) {
-        const QVariant pid = db->Scalar(QStringLiteral("SELECT pg_backend_pid()"));
-        serverConnection()->Execute(QStringLiteral("SELECT pg_terminate_backend(?)"), {pid});
-    } else {
-        db->failNextStatement(err::LostLink);
-    }
-    EXPECT_EQ(caught([&] { db->Scalar(QStringLiteral("SELECT COUNT(*) FROM Store")); }).number, err::LostLink);
+    loseLink(*db);
+    EXPECT_EQ(caught([&] { db->Scalar(QStringLiteral("SELECT COUNT(*) FROM Store")); }).number,
+              err::LostLink);
     rxdb().Close();
     EXPECT_TRUE(mdlMain::CheckConnection());
     EXPECT_EQ(db->State(), 1);
@@ -147,10 +152,11 @@ TEST_F(ConnectLookupTest, MissingFileShowsTheBoxOnEveryCall) {
         EXPECT_FALSE(mdlMain::ConnectLookup());
     }
     ASSERT_EQ(user->callsOf(Kind::MsgBox).size(), 2);
-    EXPECT_EQ(user->calls().at(1).args,
-              QStringList({"Required data file, datalookup.db, not found. Contact technical support.\r\n"
-                           "Phone - 000-555-0199. Tessivar will not function properly.",
-                           "0", "critical", "1", appConfig().ProductName}));
+    EXPECT_EQ(
+        user->calls().at(1).args,
+        QStringList({"Required data file, datalookup.db, not found. Contact technical support.\r\n"
+                     "Phone - 000-555-0199. Tessivar will not function properly.",
+                     "0", "critical", "1", appConfig().ProductName}));
 }
 
 TEST_F(ConnectLookupTest, OpensTheFileForReadingOnly) {
@@ -159,14 +165,19 @@ TEST_F(ConnectLookupTest, OpensTheFileForReadingOnly) {
         build.Open();
         build.Execute(QStringLiteral("PRAGMA journal_mode=DELETE"));
         build.Execute(QStringLiteral("CREATE TABLE Conflict (Code TEXT, Description TEXT)"));
-        build.Execute(QStringLiteral("INSERT INTO Conflict VALUES ('DD', 'Drug-Drug Interaction')"));
+        build.Execute(
+            QStringLiteral("INSERT INTO Conflict VALUES ('DD', 'Drug-Drug Interaction')"));
     }
     EXPECT_TRUE(mdlMain::ConnectLookup());
     EXPECT_TRUE(mdlMain::ConnectLookup());
     DbConnection& lookup = *mdlMain::LookupConnection;
-    EXPECT_EQ(lookup.Scalar(QStringLiteral("Select Description From Conflict Where Code = ?"), {"DD"}).toString(),
-              "Drug-Drug Interaction");
-    EXPECT_EQ(test::DatabaseFixture::caught([&] { lookup.Execute(QStringLiteral("DELETE FROM Conflict")); }).number,
+    EXPECT_EQ(
+        lookup.Scalar(QStringLiteral("Select Description From Conflict Where Code = ?"), {"DD"})
+            .toString(),
+        "Drug-Drug Interaction");
+    EXPECT_EQ(test::DatabaseFixture::caught([&] {
+                  lookup.Execute(QStringLiteral("DELETE FROM Conflict"));
+              }).number,
               err::StatementError);
 }
 

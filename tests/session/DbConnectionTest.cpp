@@ -1,3 +1,4 @@
+#include "session/BoundText.h"
 #include "session/ErrorNumbers.h"
 #include "support/DatabaseFixture.h"
 
@@ -11,14 +12,17 @@ protected:
     void SetUp() override {
         DatabaseFixture::SetUp();
         if (IsSkipped() || HasFatalFailure()) return;
-        createTable(QStringLiteral("CREATE TABLE Patient (PatientID @KEY@, LastName @TEXT@, "
-                                   "Birthdate @DATETIME@, Deleted @BIT@ DEFAULT 0, Flag @INT@)"));
+        createTable(
+            QStringLiteral("CREATE TABLE Patient (PatientID @KEY@, LastName @TEXT@, "
+                           "Birthdate @DATETIME@, Deleted @BIT@ DEFAULT 0, Flag @INT@)"));
     }
 
     QVariant readBack(const QString& column, const QVariant& value) {
         const QVariant id = db->Scalar(
-            QStringLiteral("INSERT INTO Patient (%1) VALUES (?) RETURNING PatientID").arg(column), {value});
-        return db->Scalar(QStringLiteral("SELECT %1 FROM Patient WHERE PatientID = ?").arg(column), {id});
+            QStringLiteral("INSERT INTO Patient (%1) VALUES (?) RETURNING PatientID").arg(column),
+            {value});
+        return db->Scalar(QStringLiteral("SELECT %1 FROM Patient WHERE PatientID = ?").arg(column),
+                          {id});
     }
 };
 
@@ -35,7 +39,25 @@ TEST_P(DbConnectionTest, TextIsStoredAsTypedWithoutCharacterZero) {
         {QStringLiteral("'; DROP TABLE Patient; --"), QStringLiteral("'; DROP TABLE Patient; --")},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(readBack(QStringLiteral("LastName"), c.typed).toString(), c.stored) << c.stored.toStdString();
+        EXPECT_EQ(readBack(QStringLiteral("LastName"), c.typed).toString(), c.stored)
+            << c.stored.toStdString();
+    }
+}
+
+TEST_P(DbConnectionTest, DoubledThenCutStoresWhatTheQuotedStatementStored) {
+    const struct {
+        QString typed;
+        int width;
+        QString stored;
+    } cases[] = {
+        {"O'Brien", 20, "O'Brien"}, {"O'Brien", 4, "O'B"}, {"O'Brien", 3, "O'"},
+        {"O'Brien", 2, "O'"},       {"''", 3, "''"},       {"It's Al's", 5, "It's"},
+        {"Plain", 3, "Pla"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(readBack(QStringLiteral("LastName"), doubledThenCut(c.typed, c.width)).toString(),
+                  c.stored)
+            << c.typed.toStdString() << " cut to " << c.width;
     }
 }
 
@@ -52,9 +74,11 @@ TEST_P(DbConnectionTest, DateTimesKeepTheirWallClockTime) {
     for (const QDateTime& at : cases) {
         const QVariant id = db->Scalar(
             QStringLiteral("INSERT INTO Patient (Birthdate) VALUES (?) RETURNING PatientID"), {at});
-        const RecordSet rs = db->OpenRecordSet(
-            QStringLiteral("SELECT Birthdate, CAST(Birthdate AS TEXT) || '|' AS Stored, MAX(Birthdate) AS Latest "
-                           "FROM Patient WHERE PatientID = ? GROUP BY Birthdate"), {id});
+        const RecordSet rs =
+            db->OpenRecordSet(QStringLiteral("SELECT Birthdate, CAST(Birthdate AS TEXT) || '|' AS "
+                                             "Stored, MAX(Birthdate) AS Latest "
+                                             "FROM Patient WHERE PatientID = ? GROUP BY Birthdate"),
+                              {id});
         EXPECT_EQ(rs.Fields(0).toDateTime(), at) << at.toString().toStdString();
         EXPECT_EQ(rs.Fields(1).toString(), at.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss|")));
         EXPECT_EQ(rs.Fields(QStringLiteral("latest")).toDateTime(), at);
@@ -66,8 +90,10 @@ TEST_P(DbConnectionTest, DateTimesKeepTheirWallClockTime) {
 }
 
 TEST_P(DbConnectionTest, ServerTimeIsTheMachinesLocalTime) {
-    const QDateTime server = db->Scalar(QStringLiteral("SELECT ") + db->dialect().serverTime()).toDateTime();
-    EXPECT_LE(qAbs(server.secsTo(QDateTime::currentDateTime())), 5) << server.toString().toStdString();
+    const QDateTime server =
+        db->Scalar(QStringLiteral("SELECT ") + db->dialect().serverTime()).toDateTime();
+    EXPECT_LE(qAbs(server.secsTo(QDateTime::currentDateTime())), 5)
+        << server.toString().toStdString();
 }
 
 TEST_P(DbConnectionTest, FlagsAndBooleans) {
@@ -75,19 +101,25 @@ TEST_P(DbConnectionTest, FlagsAndBooleans) {
     EXPECT_EQ(readBack(QStringLiteral("Flag"), true).toInt(), 1);
     EXPECT_EQ(readBack(QStringLiteral("Flag"), false).toInt(), 0);
     EXPECT_FALSE(readBack(QStringLiteral("Flag"), QVariant()).isValid());
-    const QVariant id = db->Scalar(QStringLiteral("INSERT INTO Patient (LastName) VALUES (?) RETURNING PatientID"), {"X"});
-    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT Deleted FROM Patient WHERE PatientID = ?"), {id}).toInt(), 0);
+    const QVariant id = db->Scalar(
+        QStringLiteral("INSERT INTO Patient (LastName) VALUES (?) RETURNING PatientID"), {"X"});
+    EXPECT_EQ(
+        db->Scalar(QStringLiteral("SELECT Deleted FROM Patient WHERE PatientID = ?"), {id}).toInt(),
+        0);
 }
 
 TEST_P(DbConnectionTest, IdentifiersAndComparedTextIgnoreLetterCase) {
-    db->Execute(QStringLiteral("insert into PATIENT (lastname) values (?)"), {QStringLiteral("Smith  ")});
+    db->Execute(QStringLiteral("insert into PATIENT (lastname) values (?)"),
+                {QStringLiteral("Smith  ")});
     const struct {
         QString wanted;
         bool found;
-    } cases[] = {{"SMITH", true}, {"smith   ", true}, {"Smith", true}, {" Smith", false}, {"Smit", false}};
+    } cases[] = {
+        {"SMITH", true}, {"smith   ", true}, {"Smith", true}, {" Smith", false}, {"Smit", false}};
     for (const auto& c : cases) {
-        const QVariant count = db->Scalar(
-            QStringLiteral("SELECT COUNT(*) FROM patient WHERE ") + db->dialect().textEquals("LASTNAME"), {c.wanted});
+        const QVariant count = db->Scalar(QStringLiteral("SELECT COUNT(*) FROM patient WHERE ") +
+                                              db->dialect().textEquals("LASTNAME"),
+                                          {c.wanted});
         EXPECT_EQ(count.toInt(), c.found ? 1 : 0) << c.wanted.toStdString();
     }
     const RecordSet rs = db->OpenRecordSet(QStringLiteral("Select LastName From PaTiEnT"));
@@ -101,7 +133,8 @@ TEST_P(DbConnectionTest, ErrorsMapOntoThePlatformsNumbers) {
         long number;
         QString inText;
     } cases[] = {
-        {"SELEC 1", err::StatementError, db->backend() == Backend::PostgreSQL ? "SQLSTATE 42601" : "syntax error"},
+        {"SELEC 1", err::StatementError,
+         db->backend() == Backend::PostgreSQL ? "SQLSTATE 42601" : "syntax error"},
         {"SELECT Nothing FROM Patient", err::StatementError, "Nothing"},
         {"INSERT INTO Patient (PatientID) VALUES (1)", err::ConstraintViolated,
          db->backend() == Backend::PostgreSQL ? "SQLSTATE 23505" : "UNIQUE"},
@@ -109,7 +142,8 @@ TEST_P(DbConnectionTest, ErrorsMapOntoThePlatformsNumbers) {
     for (const auto& c : cases) {
         const auto failure = caught([&] { db->Execute(c.sql); });
         EXPECT_EQ(failure.number, c.number) << c.sql.toStdString();
-        EXPECT_TRUE(failure.description.contains(c.inText, Qt::CaseInsensitive)) << failure.description.toStdString();
+        EXPECT_TRUE(failure.description.contains(c.inText, Qt::CaseInsensitive))
+            << failure.description.toStdString();
     }
     EXPECT_EQ(db->State(), 1);
 }
@@ -120,11 +154,14 @@ TEST_P(DbConnectionTest, StatementTimeOut) {
     other->Close();
     other->Open();
     if (backend() == Backend::PostgreSQL) {
-        EXPECT_EQ(caught([&] { other->Execute(QStringLiteral("SELECT pg_sleep(3)")); }).number, err::TimedOut);
+        EXPECT_EQ(caught([&] { other->Execute(QStringLiteral("SELECT pg_sleep(3)")); }).number,
+                  err::TimedOut);
     } else {
         // A write lock held elsewhere is not granted within the time-out.
         db->Execute(QStringLiteral("BEGIN IMMEDIATE"));
-        EXPECT_EQ(caught([&] { other->Execute(QStringLiteral("INSERT INTO Patient (Flag) VALUES (1)")); }).number,
+        EXPECT_EQ(caught([&] {
+                      other->Execute(QStringLiteral("INSERT INTO Patient (Flag) VALUES (1)"));
+                  }).number,
                   err::TimedOut);
         db->Execute(QStringLiteral("COMMIT"));
     }
@@ -132,16 +169,13 @@ TEST_P(DbConnectionTest, StatementTimeOut) {
 }
 
 TEST_P(DbConnectionTest, LostLinkClosesTheConnection) {
-    if (backend() == Backend::PostgreSQL) {
-        const QVariant pid = db->Scalar(QStringLiteral("SELECT pg_backend_pid()"));
-        serverConnection()->Execute(QStringLiteral("SELECT pg_terminate_backend(?)"), {pid});
-    } else {
-        db->failNextStatement(err::LostLink);
-    }
-    EXPECT_EQ(caught([&] { db->Scalar(QStringLiteral("SELECT COUNT(*) FROM Patient")); }).number, err::LostLink);
+    loseLink(*db);
+    EXPECT_EQ(caught([&] { db->Scalar(QStringLiteral("SELECT COUNT(*) FROM Patient")); }).number,
+              err::LostLink);
     EXPECT_EQ(db->State(), 0);
     // Until it is reopened every statement fails the same way.
-    EXPECT_EQ(caught([&] { db->Execute(QStringLiteral("DELETE FROM Patient")); }).number, err::LostLink);
+    EXPECT_EQ(caught([&] { db->Execute(QStringLiteral("DELETE FROM Patient")); }).number,
+              err::LostLink);
     db->Open();
     EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM Patient")).toInt(), 0);
 }
@@ -149,7 +183,8 @@ TEST_P(DbConnectionTest, LostLinkClosesTheConnection) {
 TEST_P(DbConnectionTest, TestHookFailsTheNextStatementOnly) {
     for (long number : {err::TimedOut, err::StatementError, err::ConstraintViolated}) {
         db->failNextStatement(number);
-        EXPECT_EQ(caught([&] { db->Execute(QStringLiteral("DELETE FROM Patient")); }).number, number);
+        EXPECT_EQ(caught([&] { db->Execute(QStringLiteral("DELETE FROM Patient")); }).number,
+                  number);
         EXPECT_EQ(db->State(), 1);
         EXPECT_EQ(caught([&] { db->Execute(QStringLiteral("DELETE FROM Patient")); }).number, 0);
     }
@@ -157,19 +192,23 @@ TEST_P(DbConnectionTest, TestHookFailsTheNextStatementOnly) {
 
 TEST_P(DbConnectionTest, OpenAndCloseStates) {
     EXPECT_EQ(caught([&] { db->Open(); }).number, err::ObjectOpen);
-    EXPECT_EQ(caught([&] { db->setConnectionString(QStringLiteral("x.db")); }).number, err::ObjectOpen);
+    EXPECT_EQ(caught([&] { db->setConnectionString(QStringLiteral("x.db")); }).number,
+              err::ObjectOpen);
     db->Close();
     EXPECT_EQ(db->State(), 0);
-    EXPECT_EQ(caught([&] { db->Execute(QStringLiteral("SELECT 1")); }).number, err::ConnectionUnusable);
-    DbConnection nowhere(backend() == Backend::PostgreSQL ? QStringLiteral("postgresql://nobody@127.0.0.1:1/none")
-                                                        : QStringLiteral("/no/such/folder/pharmacy.db"));
+    EXPECT_EQ(caught([&] { db->Execute(QStringLiteral("SELECT 1")); }).number,
+              err::ConnectionUnusable);
+    DbConnection nowhere(backend() == Backend::PostgreSQL
+                             ? QStringLiteral("postgresql://nobody@127.0.0.1:1/none")
+                             : QStringLiteral("/no/such/folder/pharmacy.db"));
     EXPECT_EQ(caught([&] { nowhere.Open(); }).number, err::LostLink);
     EXPECT_EQ(nowhere.State(), 0);
 }
 
 TEST_P(DbConnectionTest, TwoConnectionsToOneDatabase) {
     auto other = connect();
-    db->Execute(QStringLiteral("INSERT INTO Patient (LastName) VALUES (?)"), {QStringLiteral("Ng")});
+    db->Execute(QStringLiteral("INSERT INTO Patient (LastName) VALUES (?)"),
+                {QStringLiteral("Ng")});
     EXPECT_EQ(other->Scalar(QStringLiteral("SELECT LastName FROM Patient")).toString(), "Ng");
     EXPECT_NE(other->name(), db->name());
 }

@@ -175,6 +175,8 @@ TEST_F(EncodingsTest, GetFieldRewritesAnEmptySeparatorAndAnEmptyScan) {
         {"", "|C9OWN", claim("<FS>"), "|C9OWN", std::nullopt},
         {"|", "|C9OWN|D2X", "|", "|C9OWN|D2X", "OWN"},
         {"|", "", "|", whole, std::nullopt},
+        // The value starts three characters after the separator, whatever its length.
+        {"||", "||C9AB|C||D2", "||", "||C9AB|C||D2", "9AB|C"},
     };
     for (const Case& c : cases) {
         QString separator = c.separator;

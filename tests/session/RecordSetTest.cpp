@@ -10,16 +10,20 @@ protected:
     void SetUp() override {
         DatabaseFixture::SetUp();
         if (IsSkipped() || HasFatalFailure()) return;
-        TableRegistry::registerTable({QStringLiteral("Plan"), QStringLiteral("PlanID"), {QStringLiteral("OnLine")}});
-        createTable(QStringLiteral("CREATE TABLE Plan (PlanID @KEY@, Name @TEXT@, BIN @TEXT@, "
-                                   "Fee @MONEY@, OnLine @BIT@ DEFAULT 0, Changed @DATETIME@)"));
+        TableRegistry::registerTable(
+            {QStringLiteral("Plan"), QStringLiteral("PlanID"), {QStringLiteral("OnLine")}});
+        createTable(
+            QStringLiteral("CREATE TABLE Plan (PlanID @KEY@, Name @TEXT@, BIN @TEXT@, "
+                           "Fee @MONEY@, OnLine @BIT@ DEFAULT 0, Changed @DATETIME@)"));
         for (const char* name : {"Acme", "Bolt", "Cove"}) {
             db->Execute(QStringLiteral("INSERT INTO Plan (Name, BIN, Fee) VALUES (?, ?, ?)"),
                         {QString::fromLatin1(name), QStringLiteral("610"), 2.5});
         }
     }
 
-    RecordSet plans() { return db->OpenRecordSet(QStringLiteral("SELECT * FROM Plan ORDER BY PlanID")); }
+    RecordSet plans() {
+        return db->OpenRecordSet(QStringLiteral("SELECT * FROM Plan ORDER BY PlanID"));
+    }
     QStringList names() {
         QStringList result;
         RecordSet rs = db->OpenRecordSet(QStringLiteral("SELECT Name FROM Plan ORDER BY PlanID"));
@@ -79,11 +83,12 @@ TEST_P(RecordSetTest, FieldsByNameAndPositionKeepNulls) {
 }
 
 TEST_P(RecordSetTest, NestedStatementsLeaveAnOpenResultAlone) {
-    RecordSet outer = db->OpenRecordSet(QStringLiteral("SELECT PlanID, Name FROM Plan ORDER BY PlanID"));
+    RecordSet outer =
+        db->OpenRecordSet(QStringLiteral("SELECT PlanID, Name FROM Plan ORDER BY PlanID"));
     QStringList seen;
     while (!outer.Eof()) {
-        const RecordSet inner = db->OpenRecordSet(QStringLiteral("SELECT Name FROM Plan WHERE PlanID = ?"),
-                                                  {outer.Fields(0)});
+        const RecordSet inner = db->OpenRecordSet(
+            QStringLiteral("SELECT Name FROM Plan WHERE PlanID = ?"), {outer.Fields(0)});
         db->Execute(QStringLiteral("UPDATE Plan SET Name = ? WHERE PlanID = ?"),
                     {inner.Fields(0).toString() + QStringLiteral("!"), outer.Fields(0)});
         seen.append(outer.Fields(1).toString());
@@ -94,8 +99,8 @@ TEST_P(RecordSetTest, NestedStatementsLeaveAnOpenResultAlone) {
 }
 
 TEST_P(RecordSetTest, UpdatableResultWritesByKey) {
-    RecordSet rs = db->OpenUpdatable(QStringLiteral("plan"), QStringLiteral("*"), QStringLiteral("Name = ?"),
-                                     {QStringLiteral("Bolt")});
+    RecordSet rs = db->OpenUpdatable(QStringLiteral("plan"), QStringLiteral("*"),
+                                     QStringLiteral("Name = ?"), {QStringLiteral("Bolt")});
     ASSERT_EQ(rs.RecordCount(), 1);
     rs.setField(QStringLiteral("name"), QStringLiteral("O'Hara"));
     rs.setField(QStringLiteral("Changed"), QDateTime(QDate(2026, 3, 14), QTime(9, 0)));
@@ -116,15 +121,19 @@ TEST_P(RecordSetTest, UpdatableResultWritesByKey) {
     rs.Close();
     EXPECT_EQ(names(), QStringList({"Acme", "Cove", "Dune", "Echo"}));
     EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM Plan WHERE Changed = ?"),
-                         {QDateTime(QDate(2026, 3, 14), QTime(9, 0))}).toInt(), 0);
+                         {QDateTime(QDate(2026, 3, 14), QTime(9, 0))})
+                  .toInt(),
+              0);
 
     RecordSet readOnly = plans();
-    EXPECT_EQ(caught([&] { readOnly.setField(QStringLiteral("Name"), 1); }).number, err::NotUpdatable);
+    EXPECT_EQ(caught([&] { readOnly.setField(QStringLiteral("Name"), 1); }).number,
+              err::NotUpdatable);
 }
 
 TEST_P(RecordSetTest, UpdatableResultFetchesAMissingKeyAlongside) {
-    RecordSet rs = db->OpenUpdatable(QStringLiteral("Plan"), QStringLiteral("Name, OnLine"),
-                                     QStringLiteral("BIN = ? ORDER BY Name DESC"), {QStringLiteral("610")});
+    RecordSet rs =
+        db->OpenUpdatable(QStringLiteral("Plan"), QStringLiteral("Name, OnLine"),
+                          QStringLiteral("BIN = ? ORDER BY Name DESC"), {QStringLiteral("610")});
     EXPECT_EQ(rs.FieldCount(), 2);
     EXPECT_EQ(caught([&] { rs.Fields(QStringLiteral("PlanID")); }).number, err::ItemNotFound);
     const struct {
@@ -138,9 +147,19 @@ TEST_P(RecordSetTest, UpdatableResultFetchesAMissingKeyAlongside) {
         rs.setField(QStringLiteral("Name"), QStringLiteral("Zed"));
         rs.Update();
         EXPECT_EQ(rs.asBoolean(QStringLiteral("OnLine")).toInt(), f.asBoolean);
-        EXPECT_EQ(db->Scalar(QStringLiteral("SELECT OnLine FROM Plan WHERE PlanID = 3")).toInt(), f.stored);
+        EXPECT_EQ(db->Scalar(QStringLiteral("SELECT OnLine FROM Plan WHERE PlanID = 3")).toInt(),
+                  f.stored);
     }
     EXPECT_EQ(names(), QStringList({"Acme", "Bolt", "Zed"}));
+}
+
+TEST_P(RecordSetTest, UnregisteredTableFindsItsKeyInTheDatabaseCatalogue) {
+    createTable(QStringLiteral("CREATE TABLE Shelf (ShelfID @KEY@, Label @TEXT@)"));
+    db->Execute(QStringLiteral("INSERT INTO Shelf (Label) VALUES (?)"), {QStringLiteral("A1")});
+    RecordSet rs = db->OpenUpdatable(QStringLiteral("SHELF"), QStringLiteral("Label"));
+    rs.setField(QStringLiteral("Label"), QStringLiteral("B2"));
+    rs.Update();
+    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT Label FROM Shelf")).toString(), "B2");
 }
 
 TVRX_BACKENDS(RecordSetTest);

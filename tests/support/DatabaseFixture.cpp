@@ -1,5 +1,6 @@
 #include "support/DatabaseFixture.h"
 
+#include "session/ErrorNumbers.h"
 #include "session/Failure.h"
 
 #include <QCoreApplication>
@@ -11,9 +12,13 @@ namespace tvrx::test {
 
 namespace {
 
-QString serverUrl() { return qEnvironmentVariable("TVRX_TEST_PG_URL"); }
+QString serverUrl() {
+    return qEnvironmentVariable("TVRX_TEST_PG_URL");
+}
 
-bool postgresRequired() { return qEnvironmentVariable("TVRX_REQUIRE_POSTGRES") == "1"; }
+bool postgresRequired() {
+    return qEnvironmentVariable("TVRX_REQUIRE_POSTGRES") == "1";
+}
 
 QString databaseName() {
     return QStringLiteral("tvrx_test_%1").arg(QCoreApplication::applicationPid());
@@ -38,7 +43,8 @@ public:
         if (created_) return;
         DbConnection server(serverUrl());
         server.Open();
-        server.Execute(QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(databaseName()));
+        server.Execute(
+            QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(databaseName()));
         server.Execute(QStringLiteral("CREATE DATABASE %1").arg(databaseName()));
         created_ = true;
     }
@@ -47,7 +53,8 @@ public:
         if (!created_) return;
         DbConnection server(serverUrl());
         server.Open();
-        server.Execute(QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(databaseName()));
+        server.Execute(
+            QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(databaseName()));
         created_ = false;
     }
 
@@ -68,10 +75,12 @@ void DatabaseFixture::SetUp() {
     SessionFixture::SetUp();
     if (backend() == Backend::SQLite) {
         ASSERT_TRUE(folder_.isValid());
-        connectionString_ = QStringLiteral("sqlite://") + folder_.filePath(QStringLiteral("pharmacy.db"));
+        connectionString_ =
+            QStringLiteral("sqlite://") + folder_.filePath(QStringLiteral("pharmacy.db"));
     } else {
         if (serverUrl().isEmpty()) {
-            if (postgresRequired()) FAIL() << "TVRX_REQUIRE_POSTGRES=1 but TVRX_TEST_PG_URL is unset";
+            if (postgresRequired())
+                FAIL() << "TVRX_REQUIRE_POSTGRES=1 but TVRX_TEST_PG_URL is unset";
             GTEST_SKIP() << "TVRX_TEST_PG_URL is unset: PostgreSQL tests skipped";
         }
         ASSERT_NO_THROW(PostgresDatabase::instance().ensureCreated());
@@ -95,10 +104,15 @@ std::shared_ptr<DbConnection> DatabaseFixture::connect() const {
     return connection;
 }
 
-std::shared_ptr<DbConnection> DatabaseFixture::serverConnection() const {
-    auto connection = std::make_shared<DbConnection>(serverUrl());
-    connection->Open();
-    return connection;
+void DatabaseFixture::loseLink(DbConnection& connection) const {
+    if (backend() == Backend::SQLite) {
+        connection.failNextStatement(err::LostLink);
+        return;
+    }
+    const QVariant pid = connection.Scalar(QStringLiteral("SELECT pg_backend_pid()"));
+    DbConnection server(serverUrl());
+    server.Open();
+    server.Execute(QStringLiteral("SELECT pg_terminate_backend(?)"), {pid});
 }
 
 DatabaseFixture::Caught DatabaseFixture::caught(const std::function<void()>& step) {
@@ -110,6 +124,8 @@ DatabaseFixture::Caught DatabaseFixture::caught(const std::function<void()>& ste
     return {};
 }
 
-void DatabaseFixture::createTable(const QString& ddl) { db->Execute(db->dialect().ddl(ddl)); }
+void DatabaseFixture::createTable(const QString& ddl) {
+    db->Execute(db->dialect().ddl(ddl));
+}
 
 }  // namespace tvrx::test

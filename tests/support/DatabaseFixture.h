@@ -43,9 +43,9 @@ protected:
     std::shared_ptr<DbConnection> connect() const;
     // Runs schema text with the Dialect's type tokens over db.
     void createTable(const QString& ddl);
-    // A connection to the server outside the test's database (PostgreSQL only), for
-    // ending another connection's backend.
-    std::shared_ptr<DbConnection> serverConnection() const;
+    // Makes the connection lose its link: on PostgreSQL its server process is ended from
+    // another connection; SQLite has no server, so the test hook stands in.
+    void loseLink(DbConnection& connection) const;
 
     // Open on the test's database for the whole test.
     std::shared_ptr<DbConnection> db;
@@ -59,8 +59,14 @@ std::string backendName(const ::testing::TestParamInfo<Backend>& info);
 
 }  // namespace tvrx::test
 
-#define TVRX_BACKENDS(suite)                                                             \
-    INSTANTIATE_TEST_SUITE_P(Backends, suite,                                            \
-                             ::testing::Values(::tvrx::Backend::SQLite,                  \
-                                               ::tvrx::Backend::PostgreSQL),             \
-                             ::tvrx::test::backendName)
+namespace tvrx {
+// Test names and messages show the back end by name.
+inline void PrintTo(Backend backend, std::ostream* out) {
+    *out << (backend == Backend::PostgreSQL ? "PostgreSQL" : "SQLite");
+}
+}  // namespace tvrx
+
+#define TVRX_BACKENDS(suite)                                                                      \
+    INSTANTIATE_TEST_SUITE_P(                                                                     \
+        Backends, suite, ::testing::Values(::tvrx::Backend::SQLite, ::tvrx::Backend::PostgreSQL), \
+        ::tvrx::test::backendName)

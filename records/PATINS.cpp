@@ -1,0 +1,185 @@
+#include "records/PATINS.h"
+
+#include "records/MainConnection.h"
+#include "session/ColumnTable.h"
+#include "session/Connections.h"
+#include "session/Conversions.h"
+#include "session/DbConnection.h"
+#include "session/Procedures.h"
+#include "session/Session.h"
+
+namespace tvrx {
+
+using R = ReadForm;
+using W = WriteForm;
+
+// The descriptions live here, where the private members of PATINS can be named.
+struct PatinsColumns {
+    using P = PATINS;
+
+    // Columns in the order the update writes them; GetData reads them in readOrder().
+    static const ColumnTable<P>& row() {
+        static const ColumnTable<P> table(
+            QStringLiteral("PATINS"), QStringLiteral("PatInsID"),
+            {
+                {"InsID", accessor(&P::InsID, &P::setInsID), R::nullScreen(0), W::number()},
+                {"OPatInsID", member(&P::OPatInsID), R::nullScreen(0), W::number()},
+                {"PatientID", member(&P::PatientID), R::nullScreen(0), W::number()},
+                {"InsCode", member(&P::InsCode), R::none(), W::quotedRaw()},
+                {"GroupNumber", member(&P::GroupNumber), R::text(), W::quotedRaw()},
+                {"InsuranceGroup", member(&P::InsuranceGroup), R::text(), W::quotedRaw()},
+                {"Relationship", member(&P::Relationship), R::text(), W::quotedRaw()},
+                {"cardnumber", member(&P::CardNumber), R::text(), W::quotedRaw()},
+                {"subscribersname", member(&P::SubscribersName), R::text(), W::quotedDoubled()},
+                {"ExpDate", member(&P::ExpDate), R::ifDate(),
+                 W::date(QStringLiteral("MM/DD/YYYY"))},
+                {"PersonNumber", member(&P::PersonNumber), R::nullScreen(QStringLiteral("01")),
+                 W::quotedRaw()},
+                {"Location", member(&P::Location), R::text(), W::quotedRaw()},
+                {"OtherCoverage", member(&P::OtherCoverage), R::text(), W::quotedRaw()},
+                {"OtherType", member(&P::OtherPayerCoverageType), R::text(), W::quotedRaw()},
+                {"PaidQualifier", member(&P::OtherPayerAmountPaidQualifier), R::text(),
+                 W::quotedRaw()},
+                {"Clarification", member(&P::Clarification), R::text(), W::quotedRaw()},
+            });
+        return table;
+    }
+
+    static const ColumnOrder& readOrder() {
+        static const ColumnOrder order = row().order(
+            {"InsID", "OPatInsID", "PatientID", "GroupNumber", "InsuranceGroup", "Relationship",
+             "cardnumber", "subscribersname", "OtherType", "PaidQualifier", "ExpDate",
+             "PersonNumber", "Location", "OtherCoverage", "Clarification"});
+        return order;
+    }
+
+    // What a patient's coverage reads of the plan, each value trimmed.
+    static const ColumnTable<P>& plan() {
+        static const ColumnTable<P> table(
+            QStringLiteral("INSURANCE"), QStringLiteral("InsID"),
+            {
+                {"ClaimFields", member(&P::ClaimFields), R::trimmed(), W::none()},
+                {"InsCode", member(&P::InsCode), R::trimmed(), W::none()},
+                {"Name", member(&P::name_), R::trimmed(), W::none()},
+                {"Form", member(&P::version_), R::trimmed(), W::none()},
+            });
+        return table;
+    }
+
+    static const ColumnOrder& planReadOrder() {
+        static const ColumnOrder order = plan().order({"Form", "Name", "InsCode", "ClaimFields"});
+        return order;
+    }
+
+    static void clearForMissingRow(P& coverage) {
+        coverage.OPatInsID = 0;
+        coverage.PatientID = 0;
+        for (QString* text :
+             {&coverage.GroupNumber, &coverage.InsuranceGroup, &coverage.Relationship,
+              &coverage.CardNumber, &coverage.SubscribersName, &coverage.OtherPayerCoverageType,
+              &coverage.OtherPayerAmountPaidQualifier}) {
+            text->clear();
+        }
+    }
+};
+
+const ColumnTable<PATINS>& patinsColumns() {
+    return PatinsColumns::row();
+}
+
+PATINS::PATINS() : ExpDate(conv::ZeroDate()) {}
+
+std::shared_ptr<DbConnection> PATINS::Connection() const {
+    return mdlMain::MainConnection;
+}
+
+// The label is the drug record's: the patient coverage record has always reported its
+// connection failures under it.
+void PATINS::setConnection(std::shared_ptr<DbConnection> connection) {
+    mdlMain::setConnection(std::move(connection), QStringLiteral("clsDrug:Connection"));
+}
+
+void PATINS::setInsID(qint32 value) {
+    const ColumnTable<PATINS>& plan = PatinsColumns::plan();
+    RecordSet rs;
+    bool atEnd = true;
+    Frame frame("PATINS:InsID");
+    frame([&] { insID_ = value; });
+    frame([&] {
+        rs = records::mainConnection().OpenRecordSet(plan.selectList(plan.all()), {value});
+    });
+    frame([&] { atEnd = rs.Eof(); });
+    if (atEnd) {
+        frame([&] { InsCode = QStringLiteral("MISSING"); });
+        frame([&] { name_ = QStringLiteral("NEED TO RECHOOSE INSURANCE"); });
+        frame([&] { version_ = QStringLiteral("NA"); });
+        frame([&] { ClaimFields.clear(); });
+    } else {
+        plan.read(frame, rs, *this, PatinsColumns::planReadOrder());
+    }
+    frame([&] {
+        if (rs.State() == 1) rs.Close();
+    });
+    frame([&] { Medicare = ClaimFields.contains(QStringLiteral("MED")); });
+}
+
+void PATINS::Insert() {
+    Frame frame("PATINS:Insert");
+    frame([&] {
+        PatInsID = Procedures::newKey(records::mainConnection(), QStringLiteral("NewPatIns"));
+    });
+    frame([&] {
+        insID_ = 0;
+        Clarification = QStringLiteral("0");
+        OtherPayerCoverageType = QStringLiteral("1");
+        OtherPayerAmountPaidQualifier = QStringLiteral("7");
+    });
+}
+
+bool PATINS::GetData() {
+    const ColumnTable<PATINS>& table = PatinsColumns::row();
+    bool result = false;
+    RecordSet rs;
+    bool atEnd = true;
+    Frame frame("PATINS:GetData");
+    frame([&] { rs = records::mainConnection().OpenRecordSet(table.selectAll(), {PatInsID}); });
+    frame([&] { atEnd = rs.Eof(); });
+    if (atEnd) {
+        setInsID(0);
+        frame([&] { PatinsColumns::clearForMissingRow(*this); });
+        // The date is read here as in a found row; the empty result makes it fail, which is
+        // reported, and the date keeps its value.
+        table.read(frame, rs, *this, table.order({"ExpDate"}));
+        frame([&] {
+            PersonNumber = QStringLiteral("01");
+            Location.clear();
+            OtherCoverage.clear();
+            Clarification.clear();
+        });
+    } else {
+        table.read(frame, rs, *this, PatinsColumns::readOrder());
+        frame([&] { result = true; });
+    }
+    frame([&] {
+        if (rs.State() == 1) rs.Close();
+    });
+    return result;
+}
+
+void PATINS::Update() {
+    Frame frame("PATINS:Update");
+    frame([&] {
+        const BoundStatement update = PatinsColumns::row().update(*this, PatInsID);
+        records::mainConnection().Execute(update.sql, update.params);
+    });
+}
+
+void PATINS::Delete() {
+    Frame frame("PATINS:Delete");
+    frame([&] {
+        records::mainConnection().Execute(QStringLiteral("DELETE FROM PATINS WHERE PatInsID = ?"),
+                                          {PatInsID});
+    });
+}
+
+}  // namespace tvrx

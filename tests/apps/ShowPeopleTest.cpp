@@ -1,0 +1,62 @@
+#include "support/DatabaseFixture.h"
+#include "support/TvrxProgram.h"
+
+namespace tvrx {
+namespace {
+
+using test::programBuilt;
+using test::ProgramRun;
+using test::runTvrx;
+
+// "tvrx show patient|prescriber|drug|facility" over the sample pharmacy.
+class ShowPeopleTest : public test::DatabaseFixture {};
+
+TEST_P(ShowPeopleTest, ShowsTheRecordsAsTheyRead) {
+    if (!programBuilt()) GTEST_SKIP() << "the command-line host is not built";
+    const QString url = connectionString();
+    ASSERT_EQ(runTvrx({"init", "--db", url, "--sample"}).exitCode, 0);
+
+    const struct {
+        QStringList args;
+        int exitCode;
+        QString out;  // a line the output holds
+        QString err;
+    } runs[] = {
+        // The sample patient has no facility: its null FacilityID is a reported fault.
+        {{"show", "patient", "1", "--db", url},
+         0,
+         "Telephone:                     (254) 555-0201\n",
+         "clsPatient:GetData: error 13: Type mismatch"},
+        {{"show", "prescriber", "1", "--db", url, "--json"},
+         0,
+         "\"FaxNumber\": \"(254) 555-0111\", \"DateLastSeen\": \"2026-03-02 00:00:00\"",
+         ""},
+        {{"show", "drug", "2", "--db", url},
+         0,
+         "PackageSize:                   500\nDrugTimes:                     08:00,18:00\n",
+         ""},
+        {{"show", "facility", "2", "--db", url, "--json"},
+         0,
+         "\"Contact\": \"Marcus O'Leary\", \"ContactPhone\": \"2545550181\"",
+         ""},
+        {{"show", "patient", "99", "--db", url},
+         1,
+         "",
+         "tvrx show: no patient with PatientID 99\n"},
+        {{"show", "facility", "40000", "--db", url}, 1, "", "error 6: Overflow"},
+    };
+    for (const auto& run : runs) {
+        const ProgramRun result = runTvrx(run.args);
+        const std::string what = run.args.join(QLatin1Char(' ')).toStdString();
+        EXPECT_EQ(result.exitCode, run.exitCode) << what << "\n" << result.err.toStdString();
+        EXPECT_TRUE(result.out.contains(run.out)) << what << "\n" << result.out.toStdString();
+        EXPECT_TRUE(run.err.isEmpty() ? result.err.isEmpty() : result.err.contains(run.err))
+            << what << "\n"
+            << result.err.toStdString();
+    }
+}
+
+TVRX_BACKENDS(ShowPeopleTest);
+
+}  // namespace
+}  // namespace tvrx

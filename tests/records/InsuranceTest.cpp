@@ -1,0 +1,410 @@
+#include "records/clsINSURANCE.h"
+
+#include "records/PlanFixture.h"
+#include "session/ColumnTable.h"
+#include "session/Conversions.h"
+#include "session/ErrorNumbers.h"
+
+namespace tvrx {
+namespace {
+
+using Kind = ScriptedUserInteraction::Kind;
+
+class InsuranceTest : public test::PlanFixture {};
+
+// A value of its own for the n-th property: a text with a quote, an amount with five
+// decimals, alternating flags.
+QVariant valueFor(ValueType type, const QString& name, int n) {
+    switch (type) {
+        case ValueType::Currency:
+            return n + 0.12345;
+        case ValueType::Text:
+            return name + QStringLiteral(" '") + QString::number(n);
+        case ValueType::Boolean:
+            return n % 2 == 0;
+        default:
+            return n;
+    }
+}
+
+// A plan with every member set, as the host would fill one.
+clsINSURANCE fullPlan() {
+    clsINSURANCE plan;
+    int n = 0;
+    for (const auto& column : insuranceColumns().columns())
+        column.property.set(plan, valueFor(column.property.type, column.name, ++n));
+    plan.Zip = QString::fromLatin1("73072\0\0\0\0\0", 10);
+    plan.Notes = QStringLiteral("line one\r\nline two");
+    plan.OnLine = true;
+    return plan;
+}
+
+TEST_P(InsuranceTest, UpdateThenGetDataGivesBackEveryMember) {
+    clsINSURANCE written = fullPlan();
+    written.InsID = static_cast<qint16>(Procedures::newKey(*db, QStringLiteral("NewInsurance")));
+    written.Update();
+
+    clsINSURANCE read;
+    read.InsID = written.InsID;
+    ASSERT_TRUE(read.GetData());
+    EXPECT_TRUE(reporter->reports().isEmpty());
+    clsINSURANCE expected = written;
+    expected.Zip = QStringLiteral("73072");  // character 0 is never stored
+    for (double* amount :
+         {&expected.Fee, &expected.Copay, &expected.GenericFee, &expected.GenericCopay}) {
+        *amount = conv::RoundCurrency(*amount);  // currency keeps four places
+    }
+    for (const auto& column : insuranceColumns().columns()) {
+        EXPECT_EQ(column.property.get(read), column.property.get(expected))
+            << column.name.toStdString();
+    }
+    EXPECT_EQ(column("OnLine", read.InsID).toInt(), 1) << "joined behind \"0\", so stored as 1";
+    EXPECT_EQ(column("Deleted", read.InsID).toInt(), 0);
+}
+
+TEST_P(InsuranceTest, NullsReadAsDefaultsAndANegativeNumberIsOneReport) {
+    const qint16 key = addPlan(QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("N"));
+    db->Execute(QStringLiteral("UPDATE INSURANCE SET Fee = NULL, DaysSupply = NULL, OnLine = NULL, "
+                               "Copay = -2.5, Name = NULL WHERE InsID = ?"),
+                {key});
+    clsINSURANCE plan;
+    plan.Fee = 9;
+    plan.DaysSupply = true;
+    plan.Copay = 7;
+    plan.InsID = key;
+    EXPECT_TRUE(plan.GetData());
+    EXPECT_EQ(failuresOf(QStringLiteral("clsINSURANCE:GetData")),
+              std::vector<long>{err::TypeMismatch});
+    EXPECT_EQ(plan.Copay, 7) << "the failed column keeps its value";
+    EXPECT_EQ(plan.Fee, 0);
+    EXPECT_FALSE(plan.DaysSupply);
+    EXPECT_FALSE(plan.OnLine);
+    EXPECT_EQ(plan.Name, "");
+    EXPECT_EQ(plan.Form, "32") << "the columns after the bad one are read";
+
+    plan.InsID = 999;
+    EXPECT_FALSE(plan.GetData());
+    EXPECT_EQ(plan.InsID, 0);
+}
+
+TEST_P(InsuranceTest, DeleteKeepsTheRowAndUpdateLeavesItDeleted) {
+    const qint16 key = addPlan(QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("N"));
+    clsINSURANCE plan;
+    plan.InsID = key;
+    plan.Delete();
+    EXPECT_EQ(column("Deleted", key).toInt(), 1);
+    ASSERT_TRUE(plan.GetData());
+    plan.Name = QStringLiteral("Renamed");
+    plan.Update();
+    EXPECT_EQ(column("Name", key).toString(), "Renamed");
+    EXPECT_EQ(column("Deleted", key).toInt(), 1);
+    EXPECT_TRUE(reporter->reports().isEmpty());
+}
+
+TEST_P(InsuranceTest, FindByBinAndPcnFindsValuesAsTyped) {
+    const qint16 quoted =
+        addPlan(QStringLiteral("610011"), QStringLiteral("O'NEIL"), QStringLiteral("Quoted"));
+    const qint16 deleted =
+        addPlan(QStringLiteral("610099"), QStringLiteral("GONE"), QStringLiteral("Deleted"), 1);
+    const struct {
+        const char* bin;
+        const char* pcn;
+        qint16 found;  // 0: none
+    } cases[] = {
+        {"610011", "O'NEIL", quoted},
+        {"610011", "o'neil  ", quoted},
+        {" 610011", "O'NEIL", 0},
+        {"610099", "GONE", deleted},
+        {"610011", "", 0},
+    };
+    for (const auto& c : cases) {
+        clsINSURANCE plan;
+        const bool result =
+            plan.FindByBinAndPcn(QString::fromLatin1(c.bin), QString::fromLatin1(c.pcn));
+        EXPECT_EQ(result, c.found != 0) << c.bin << "/" << c.pcn;
+        EXPECT_EQ(plan.InsID, c.found) << c.bin << "/" << c.pcn;
+    }
+    EXPECT_TRUE(reporter->reports().isEmpty());
+}
+
+// Moves the plans' key counter so that the next new key is 40,001.
+void keysPast32767(DbConnection& db) {
+    if (db.backend() == Backend::PostgreSQL) {
+        db.Scalar(
+            QStringLiteral("SELECT setval(pg_get_serial_sequence('insurance', 'insid'), "
+                           "40000)"));
+    } else {
+        db.Execute(QStringLiteral("INSERT INTO INSURANCE (InsID) VALUES (40000)"));
+    }
+}
+
+TEST_P(InsuranceTest, AKeyAbove32767OverflowsTheSixteenBitMember) {
+    keysPast32767(*db);
+    clsINSURANCE plan;
+    user->answerMsgBox(Answer::No);
+    bool foundExisting = false;
+    EXPECT_EQ(plan.Insert(QStringLiteral("4512345"), foundExisting), 0);
+    EXPECT_EQ(failuresOf(QStringLiteral("clsINSURANCE:Insert")), std::vector<long>{err::Overflow});
+    EXPECT_TRUE(column("ID", 40001).isNull()) << "the new row stays empty";
+
+    reporter->clear();
+    db->Execute(
+        QStringLiteral("UPDATE INSURANCE SET BIN = 'B', ProcNumb = 'P' WHERE InsID = 40001"));
+    plan.InsID = 0;
+    EXPECT_FALSE(plan.FindByBinAndPcn(QStringLiteral("B"), QStringLiteral("P")));
+    EXPECT_EQ(failuresOf(QStringLiteral("clsINSURANCE:FindByBinAndPcn")),
+              std::vector<long>{err::Overflow});
+}
+
+// Answers for: use the lookup, the method, the search text, and (for a search) the pick.
+void lookupScript(ScriptedUserInteraction& user, int method, const QString& text,
+                  std::optional<int> pick = std::nullopt) {
+    user.answerMsgBox(Answer::Yes);
+    user.answerChoose(method);
+    user.answerInputBox(text);
+    if (method != 3 && !text.trimmed().isEmpty()) user.answerPickRow(pick);
+}
+
+TEST_P(InsuranceTest, InsertWithoutTheLookupMakesAPlanOfDefaults) {
+    user->answerMsgBox(Answer::No);
+    bool foundExisting = false;
+    clsINSURANCE plan;
+    const qint32 key = plan.Insert(QStringLiteral("4512345"), foundExisting);
+    ASSERT_GT(key, 0);
+    EXPECT_FALSE(foundExisting);
+    const auto asked = user->calls().at(0);
+    EXPECT_EQ(asked.text(), "Would you like to use the Insurance lookup feature?");
+    EXPECT_EQ(asked.title(), "Tessivar");
+
+    clsINSURANCE read;
+    read.InsID = static_cast<qint16>(key);
+    ASSERT_TRUE(read.GetData());
+    EXPECT_EQ(read.ClaimFields, "CA,CB,CM,CN,CO,CP,CQ,CX,DR,EJ,EA,EB,EW1");
+    EXPECT_EQ(read.ID, "4512345");
+    EXPECT_EQ(read.Fee, 5);
+    EXPECT_EQ(read.Form, "51");
+    EXPECT_EQ(read.Basis, "01");
+    EXPECT_EQ(read.IDQualifier, "07");
+    EXPECT_EQ(read.DoctorID, "DEA");
+    EXPECT_EQ(read.OnLineLimit, 1);
+    EXPECT_TRUE(read.DaysSupply && read.UandC && read.OnLine && read.Internet);
+    EXPECT_FALSE(read.PatCopay);
+    EXPECT_EQ(read.BIN, "");
+    EXPECT_TRUE(reporter->reports().isEmpty());
+}
+
+TEST_P(InsuranceTest, InsertFillsANewPlanFromEachKindOfSearch) {
+    const struct {
+        const char* what;
+        int method;
+        QString text;
+        std::optional<int> pick;
+        QString bin, procNumb, insCode, form, name;
+        qint16 limit;
+    } cases[] = {
+        {"by name", 1, "acme", 0, "610011", "ACME RX", "ABC07", "3A", "ACME HEALTH PLAN", 4},
+        {"by BIN", 2, "  6102 ", 0, "610222", "PCN1234567", "BLUERIVE07", "51",
+         "BLUE RIVER PHARMACY", 1},
+        {"by name, second of two", 1, "plan", 1, "610333", "", "CEDAR07", "51",
+         "CEDAR CARE 50% PLAN", 3},
+        {"BIN and PCN with blanks", 3, " 610011 , ACME RX ", std::nullopt, "610011", "ACME RX",
+         "ABC07", "3A", "ACME HEALTH PLAN", 4},
+    };
+    clock->set(QDateTime(QDate(2026, 7, 9), QTime(10, 0)));
+    for (const auto& c : cases) {
+        lookupScript(*user, c.method, c.text, c.pick);
+        clsINSURANCE plan;
+        bool foundExisting = false;
+        const qint32 key = plan.Insert(QStringLiteral("4512345"), foundExisting);
+        ASSERT_GT(key, 0) << c.what;
+        EXPECT_FALSE(foundExisting);
+        clsINSURANCE read;
+        read.InsID = static_cast<qint16>(key);
+        ASSERT_TRUE(read.GetData()) << c.what;
+        EXPECT_EQ(read.BIN, c.bin) << c.what;
+        EXPECT_EQ(read.ProcNumb, c.procNumb) << c.what;
+        EXPECT_EQ(read.InsCode, c.insCode) << c.what;
+        EXPECT_EQ(read.Form, c.form) << c.what;
+        EXPECT_EQ(read.Name, c.name) << c.what;
+        EXPECT_EQ(read.OnLineLimit, c.limit) << c.what;
+        EXPECT_EQ(read.ID, "4512345") << c.what;
+        if (c.method == 3) {
+            EXPECT_EQ(read.Notes,
+                      "CARRIER: , STATUS: ACTIVE, PBM: NONE, VERSION: D.0\r\n"
+                      "STATES: TX, MAX SCRIPTS: 4, REF SHEET: ACMESHT");
+        }
+        db->Execute(QStringLiteral("DELETE FROM INSURANCE"));
+    }
+    const auto inputs = user->callsOf(Kind::InputBox);
+    EXPECT_EQ(inputs.at(0).text(), "Enter all or part of insurance plan name. ");
+    EXPECT_EQ(inputs.at(1).text(), "Enter all or part of insurance BIN Number. ");
+    EXPECT_EQ(inputs.at(3).text(),
+              "Enter BIN number and Processor Control Number separated by "
+              "a comma. (ie BIN, PCN)");
+    EXPECT_EQ(inputs.at(0).title(), "SEARCH FOR INSURANCE");
+    const auto choice = user->callsOf(Kind::Choose).at(0);
+    EXPECT_EQ(
+        choice.args.mid(0, 5),
+        (QStringList{"&Plan Name, &BIN, BIN &And Processor, &Cancel", "4", "1",
+                     "Choose Lookup Method", "Choose your method of insurance lookup below."}));
+    EXPECT_TRUE(reporter->reports().isEmpty());
+}
+
+TEST_P(InsuranceTest, InsertMeetsThePlanThatIsThereAlready) {
+    const struct {
+        const char* what;
+        int deleted;
+        Answer answer;
+        bool newRow;
+        bool sameKey;  // the result is the existing plan's key
+        bool foundExisting;
+        int deletedAfter;
+    } cases[] = {
+        {"active, go to it", 0, Answer::No, false, true, true, 0},
+        {"active, create anyway", 0, Answer::Yes, true, false, false, 0},
+        {"deleted, undelete", 1, Answer::Yes, false, true, true, 0},
+        {"deleted, leave it", 1, Answer::No, false, false, false, 1},
+    };
+    for (const auto& c : cases) {
+        const qint16 existing = addPlan(QStringLiteral("610011"), QStringLiteral("ACME RX"),
+                                        QStringLiteral("Old Acme"), c.deleted);
+        const qlonglong before = planCount();
+        lookupScript(*user, 3, QStringLiteral("610011,ACME RX"));
+        user->answerMsgBox(c.answer);
+        clsINSURANCE plan;
+        bool foundExisting = false;
+        const qint32 key = plan.Insert(QStringLiteral("4512345"), foundExisting);
+        EXPECT_EQ(planCount(), before + (c.newRow ? 1 : 0)) << c.what;
+        EXPECT_EQ(key == existing, c.sameKey) << c.what;
+        EXPECT_EQ(key == 0, !c.newRow && !c.sameKey) << c.what;
+        EXPECT_EQ(foundExisting, c.foundExisting) << c.what;
+        EXPECT_EQ(column("Deleted", existing).toInt(), c.deletedAfter) << c.what;
+        const QString expectedName =
+            c.deleted != 0 && c.answer == Answer::Yes ? "ACME HEALTH PLAN" : "Old Acme";
+        EXPECT_EQ(column("Name", existing).toString(), expectedName) << c.what;
+        if (key == existing) {
+            EXPECT_EQ(plan.Name, expectedName) << c.what;
+        }
+
+        const auto box = user->callsOf(Kind::MsgBox).last();
+        const QString start = QStringLiteral(
+            "The Insurance company you looked up with the BIN, 610011, and the Processor, ACME "
+            "RX, \r\nexists in Tessivar already with an Insurance Code of OLD610011 and a Name "
+            "ofOld Acme");
+        const QString end = c.deleted != 0
+                                ? QStringLiteral(
+                                      " but has been marked as DELETED.Would you like to "
+                                      "UNDELETE this insurance? ")
+                                : QStringLiteral(
+                                      ". Click NO to cancel this lookup and go directly to "
+                                      "the existing insurance or click YES to create anyway.");
+        EXPECT_EQ(box.text(), start + end) << c.what;
+        EXPECT_EQ(box.args.mid(1), (QStringList{"4", iconName(Icon::Information), "2",
+                                                "TV Prescription Processing DLL"}))
+            << c.what;
+        db->Execute(QStringLiteral("DELETE FROM INSURANCE"));
+        user->clear();
+    }
+    EXPECT_TRUE(reporter->reports().isEmpty());
+}
+
+TEST_P(InsuranceTest, InsertThatFindsNothingCreatesNothing) {
+    const struct {
+        const char* what;
+        int method;
+        QString text;
+        std::optional<int> pick;
+        QString box;  // the information box shown, if any
+    } cases[] = {
+        {"no comma", 3, "610011 ACME RX", std::nullopt,
+         "BIN and PCN not entered in proper format. Enter in the format: 'BIN,PCN'"},
+        {"not in the directory", 3, "999999, NOPE", std::nullopt, ""},
+        {"pick declined", 1, "acme", std::nullopt, ""},
+        {"no name matches", 1, "zzz", std::nullopt,
+         "No plan in the plan directory matches \"zzz\"."},
+        {"percent taken literally", 1, "R%P", std::nullopt,
+         "No plan in the plan directory matches \"R%P\"."},
+        {"cancelled", 4, "", std::nullopt, ""},
+        {"blank BIN", 2, "   ", std::nullopt, ""},
+    };
+    for (const auto& c : cases) {
+        user->answerMsgBox(Answer::Yes);
+        user->answerChoose(c.method);
+        if (c.method != 4) user->answerInputBox(c.text);
+        if (c.box.isEmpty() && c.method != 3 && !c.text.trimmed().isEmpty())
+            user->answerPickRow(c.pick);
+        if (!c.box.isEmpty() && c.method == 1) user->answerMsgBox(Answer::OK);
+        if (!c.box.isEmpty() && c.method == 3) user->answerMsgBox(Answer::OK);
+        clsINSURANCE plan;
+        bool foundExisting = false;
+        EXPECT_EQ(plan.Insert(QStringLiteral("4512345"), foundExisting), 0) << c.what;
+        EXPECT_EQ(planCount(), 0) << c.what;
+        const auto boxes = user->callsOf(Kind::MsgBox);
+        EXPECT_EQ(boxes.size() > 1 ? boxes.last().text() : QString(), c.box) << c.what;
+        if (c.method == 3 && !c.box.isEmpty()) {
+            EXPECT_EQ(boxes.last().title(), "Tessivar");
+        }
+        user->clear();
+    }
+
+    const qint16 held = addPlan(QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("Held"));
+    user->answerMsgBox(Answer::Yes);
+    user->answerChoose(4);
+    clsINSURANCE plan;
+    plan.InsID = held;
+    bool foundExisting = false;
+    EXPECT_EQ(plan.Insert(QStringLiteral("4512345"), foundExisting), held)
+        << "a plan the object held already is read and returned";
+    EXPECT_EQ(plan.Name, "Held");
+    EXPECT_TRUE(reporter->reports().isEmpty());
+}
+
+TEST_P(InsuranceTest, InsertFromLookupAsksOnlyAboutADeletedPlan) {
+    const qint16 active =
+        addPlan(QStringLiteral("610011"), QStringLiteral("ACME RX"), QStringLiteral("Old Acme"));
+    // The check for a plan there already looks for the directory's processor number before
+    // it is cut to ten characters.
+    const qint16 gone = addPlan(QStringLiteral("610222"), QStringLiteral("PCN12345678X"),
+                                QStringLiteral("Old River"), 1);
+    const struct {
+        const char* what;
+        QString bin, pcn;
+        std::optional<Answer> answer;
+        qint32 result;  // -1: a new key
+        int newRows;
+    } cases[] = {
+        {"active plan", "610011", "ACME RX", std::nullopt, active, 0},
+        {"not in the directory", "999999", "NOPE", std::nullopt, 0, 0},
+        {"deleted, left deleted", "610222", "PCN12345678X", Answer::No, 0, 0},
+        {"deleted, brought back", "610222", "PCN12345678X", Answer::Yes, gone, 0},
+        {"new", "610333", "", std::nullopt, -1, 1},
+    };
+    for (const auto& c : cases) {
+        if (c.answer) user->answerMsgBox(*c.answer);
+        const qlonglong before = planCount();
+        clsINSURANCE plan;
+        const qint32 key = plan.InsertFromLookup(QStringLiteral("4512345"), c.bin, c.pcn);
+        EXPECT_EQ(planCount(), before + c.newRows) << c.what;
+        if (c.result >= 0) {
+            EXPECT_EQ(key, c.result) << c.what;
+        }
+        if (c.result == -1) {
+            EXPECT_GT(key, gone) << c.what;
+        }
+        if (key == active) {
+            EXPECT_EQ(plan.Name, "") << "the object keeps the defaults";
+        }
+        EXPECT_EQ(user->callsOf(Kind::MsgBox).size(), c.answer ? 1 : 0) << c.what;
+        user->clear();
+    }
+    EXPECT_EQ(column("Deleted", gone).toInt(), 0);
+    EXPECT_EQ(column("Name", gone).toString(), "BLUE RIVER PHARMACY");
+    EXPECT_EQ(column("ProcNumb", gone).toString(), "PCN1234567");
+    EXPECT_EQ(column("ClaimFields", gone).toString(), "");
+    EXPECT_TRUE(reporter->reports().isEmpty());
+}
+
+TVRX_BACKENDS(InsuranceTest);
+
+}  // namespace
+}  // namespace tvrx
