@@ -69,11 +69,13 @@ void checkReports(FuzzSession& session) {
 }
 
 bool isCode(QStringView code) {
-    return std::all_of(code.begin(), code.end(), [](QChar c) { return c.isLetterOrNumber(); });
+    return std::all_of(code.begin(), code.end(), [](QChar c) {
+        return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9');
+    });
 }
 
-// Every field of the text with a code of two letters or digits (as all the layouts' codes
-// are) reads from the one-pass reader as GetField reads it; closed by ":", a field reads as
+// Every field of the text with a code of two ASCII letters or digits (as all the layouts'
+// codes are) reads from the one-pass reader as GetField reads it; closed by ":", a field reads as
 // GetField reads it from the closed text, less the closing.
 void checkFieldReader(const QString& text) {
     const response::FieldReader plain(text);
