@@ -33,5 +33,6 @@ Command exchangeCommand();
 Command initCommand();
 Command planCommand();
 Command showCommand();
+Command decodeCommand();
 
 }  // namespace tvrx::cli

@@ -13,6 +13,7 @@ const std::vector<Command>& commands() {
         initCommand(),
         showCommand(),
         planCommand(),
+        decodeCommand(),
     };
     return all;
 }

@@ -12,4 +12,8 @@ namespace tvrx::fuzz {
 // Arbitrary bytes through every claim text encoding and the notation codec.
 int fuzzEncodings(const std::uint8_t* data, std::size_t size);
 
+// Arbitrary bytes as a payer response, decoded by clsClaimResponse.BuildResponse as a claim
+// answer and as a reversal answer, each twice on the same object.
+int fuzzBuildResponse(const std::uint8_t* data, std::size_t size);
+
 }  // namespace tvrx::fuzz

@@ -21,6 +21,7 @@ struct FuzzTarget {
 // the ordinary build too.
 const FuzzTarget kFuzzTargets[] = {
     {"encodings", fuzz::fuzzEncodings},
+    {"build_response", fuzz::fuzzBuildResponse},
 };
 
 void PrintTo(const FuzzTarget& target, std::ostream* out) {

@@ -1,0 +1,222 @@
+#include "Command.h"
+
+#include "responses/ResponseJson.h"
+#include "responses/ResponseLayout.h"
+#include "responses/clsClaimResponse.h"
+#include "session/ClaimNotation.h"
+#include "session/Encodings.h"
+#include "session/Conversions.h"
+#include "session/RecordingErrorReporter.h"
+#include "session/ScriptedUserInteraction.h"
+#include "session/Session.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+
+namespace tvrx::cli {
+namespace {
+
+const char* kUsage =
+    "tvrx decode FILE [--form 32|40|51] [--reversal] [--json]\n"
+    "Decodes one payer response as clsClaimResponse.BuildResponse receives it and prints\n"
+    "what it decoded, the message boxes it showed and the failures it reported. FILE holds\n"
+    "the text in the readable notation (docs/CLAIM-NOTATION.md); lines starting with '#'\n"
+    "are comments and line ends are not part of the text.\n"
+    "  A claim answer is one group of the response file behind the six characters the\n"
+    "  response file reader puts in front of it. A FILE that holds only the group (it\n"
+    "  starts with <GS>) gets them from --form (32 when not given).\n"
+    "  A reversal answer is the whole response file; --reversal checks that FILE is one.\n"
+    "  --form on a whole text checks its version.\n"
+    "  --json prints one JSON object instead (docs/DECODE.md).\n"
+    "The reject descriptions come from the lookup database in the library's folder.";
+
+struct Options {
+    QString file;
+    std::optional<QString> form;
+    bool reversal = false;
+    bool json = false;
+};
+
+const QStringList kForms{QStringLiteral("32"), QStringLiteral("40"), QStringLiteral("51")};
+
+int usage(const QString& problem) {
+    return usageError(decodeCommand(), problem);
+}
+
+int failed(const QString& problem) {
+    std::fprintf(stderr, "tvrx decode: %s\n", qPrintable(problem));
+    return kExitFailed;
+}
+
+std::optional<Options> parse(const QStringList& args, QString& problem) {
+    Options options;
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        const QString& arg = args[i];
+        if (arg == QLatin1String("--json")) {
+            options.json = true;
+        } else if (arg == QLatin1String("--reversal")) {
+            options.reversal = true;
+        } else if (arg == QLatin1String("--form")) {
+            if (i + 1 == args.size() || !kForms.contains(args[i + 1])) {
+                problem = QStringLiteral("--form takes 32, 40 or 51");
+                return std::nullopt;
+            }
+            options.form = args[++i];
+        } else if (!arg.startsWith(QLatin1String("--")) && options.file.isEmpty()) {
+            options.file = arg;
+        } else {
+            problem = QStringLiteral("unexpected argument '%1'").arg(arg);
+            return std::nullopt;
+        }
+    }
+    if (options.file.isEmpty()) problem = QStringLiteral("which file?");
+    if (!problem.isEmpty()) return std::nullopt;
+    return options;
+}
+
+// The six characters the response file reader builds in front of a claim group: the start
+// byte, the version, and for an accepted transmission "000", or in format "51" the
+// claim's transaction code and "0".
+QString readerHeader(const QString& form) {
+    const QString start{QChar(response::kStartByte)};
+    if (form == response::kVersion51) return start + form + QStringLiteral("B1") + u'0';
+    return start + form + QStringLiteral("000");
+}
+
+bool isReversalAnswer(const QString& text) {
+    const QString code = text.mid(response::kTransactionCode.position - 1, 2);
+    return code == response::kReversalCodeFixed || code == response::kReversalCode51;
+}
+
+// The text BuildResponse receives, or what keeps FILE from being one.
+std::optional<QString> responseText(const Options& options, QString& problem) {
+    const NotationResult read = readResponseFile(options.file);
+    if (!read) {
+        problem = QStringLiteral("%1: %2").arg(options.file, read.error);
+        return std::nullopt;
+    }
+    QString text = *read.text;
+    if (text.startsWith(QChar(mdlMain::kGroupSeparator))) {
+        if (options.reversal) problem = QStringLiteral("a reversal answer is the whole file");
+        return readerHeader(options.form.value_or(QStringLiteral("32"))) + text;
+    }
+    if (options.form && text.mid(response::kVersion.position - 1, 2) != *options.form) {
+        problem = QStringLiteral("the text is not of form %1").arg(*options.form);
+    }
+    if (options.reversal && !isReversalAnswer(text)) {
+        problem = QStringLiteral("the text is not a reversal answer");
+    }
+    return text;
+}
+
+void line(const QString& label, const QString& value) {
+    std::printf("%-14s %s\n", qPrintable(label + u':'), toNotation(value).toUtf8().constData());
+}
+
+QString yesNo(bool value) {
+    return value ? QStringLiteral("True") : QStringLiteral("False");
+}
+
+void printAmounts(const clsClaimResponse& r) {
+    const std::pair<const char*, double> amounts[] = {
+        {"Total", r.Total()},
+        {"TotalPaid", r.TotalPaid()},
+        {"Copay", r.Copay()},
+        {"Cost", r.Cost()},
+        {"Fee", r.Fee()},
+        {"SalesTax", r.SalesTax()},
+        {"Coinsurance", r.Coinsurance()},
+        {"IncentiveFee", r.IncentiveFee()},
+        {"PercetSalesTaxSub", r.PercetSalesTaxSub()},
+    };
+    QStringList parts;
+    for (const auto& [name, value] : amounts) {
+        parts << QStringLiteral("%1 %2").arg(QLatin1String(name), conv::NumberText(value));
+    }
+    line(QStringLiteral("amounts"), parts.join(QStringLiteral(", ")));
+}
+
+void printFindings(const colDUR& findings) {
+    std::printf("DUR records:   %d\n", findings.Count());
+    int number = 0;
+    for (const auto& f : findings) {
+        const QStringList phrases{f->Number,      f->Severity, f->LastFillDate, f->LastFillLocation,
+                                  f->LastFillQty, f->DB,       f->Prescriber,   f->Message};
+        std::printf("  %d. %s\n", ++number,
+                    toNotation(phrases.join(QStringLiteral(" | "))).toUtf8().constData());
+    }
+}
+
+void printText(const clsClaimResponse& r, bool result, const ScriptedUserInteraction& user,
+               const RecordingErrorReporter& reporter) {
+    line(QStringLiteral("result"), yesNo(result));
+    line(QStringLiteral("status"), r.PaidStatus());
+    line(QStringLiteral("PAID"),
+         QStringLiteral("%1 (SaveClaim %2, Reversal %3, HeaderRejected %4)")
+             .arg(r.PAID())
+             .arg(yesNo(r.SaveClaim()), yesNo(r.Reversal), yesNo(r.HeaderRejected)));
+    printAmounts(r);
+    line(QStringLiteral("reference"), r.Reference());
+    line(QStringLiteral("message"), r.Message());
+    line(QStringLiteral("message two"), r.MessageTwo());
+    line(QStringLiteral("DUR extra"), r.DURExtra());
+    line(QStringLiteral("plan"), r.PlanID());
+    std::printf("rejects:       %d\n", r.colReject()->Count());
+    for (const auto& reject : *r.colReject()) {
+        std::printf("  %s  %s\n", toNotation(reject->code).toUtf8().constData(),
+                    toNotation(reject->Description).toUtf8().constData());
+    }
+    printFindings(*r.colDUR());
+    for (const auto& box : user.callsOf(ScriptedUserInteraction::Kind::MsgBox)) {
+        line(QStringLiteral("box"),
+             QStringLiteral("[%1] %2: %3").arg(box.args.value(2), box.title(), box.text()));
+    }
+    for (const auto& report : reporter.reports()) {
+        line(QStringLiteral("report"),
+             QStringLiteral("%1 %2 %3").arg(report.location, report.number, report.description));
+    }
+}
+
+int run(const QStringList& args) {
+    QString problem;
+    const std::optional<Options> options = parse(args, problem);
+    if (!options) return usage(problem);
+    const std::optional<QString> text = responseText(*options, problem);
+    if (!problem.isEmpty()) return failed(problem);
+
+    auto user = std::make_shared<ScriptedUserInteraction>();
+    user->setPermissive(true);
+    auto reporter = std::make_shared<RecordingErrorReporter>();
+    mdlMain::UserService = user;
+    mdlMain::ErrorReporter = reporter;
+
+    clsClaimResponse response;
+    response.Claim = *text;
+    const bool result = response.BuildResponse();
+
+    if (options->json) {
+        QJsonObject json = responseJson(response);
+        json.insert(QStringLiteral("claim"), toNotation(*text));
+        json.insert(QStringLiteral("result"), result);
+        json.insert(QStringLiteral("boxes"), boxesJson(user->calls()));
+        json.insert(QStringLiteral("reports"), reportsJson(reporter->reports()));
+        std::fputs(QJsonDocument(json).toJson(QJsonDocument::Indented).constData(), stdout);
+    } else {
+        printText(response, result, *user, *reporter);
+    }
+    mdlMain::resetSession();
+    return result ? kExitOk : kExitFailed;
+}
+
+}  // namespace
+
+Command decodeCommand() {
+    return {QStringLiteral("decode"), QStringLiteral("decode one payer response"),
+            QString::fromLatin1(kUsage), run};
+}
+
+}  // namespace tvrx::cli

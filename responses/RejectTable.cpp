@@ -1,0 +1,81 @@
+#include "responses/RejectTable.h"
+
+#include "responses/ResponseLayout.h"
+#include "session/DbConnection.h"
+#include "session/ErrorNumbers.h"
+#include "session/Failure.h"
+#include "session/RecordSet.h"
+#include "session/Session.h"
+
+namespace tvrx {
+namespace {
+
+// The rows kept for this thread's session and what they were read over.
+struct KeptRows {
+    std::weak_ptr<DbConnection> connection;
+    QString connectionString;
+    std::shared_ptr<const RejectTable> table;
+};
+
+thread_local KeptRows kept;
+
+// A code as the lookup database compares it: trailing blanks and letter case do not count.
+QString comparedForm(QStringView code) {
+    qsizetype end = code.size();
+    while (end > 0 && code[end - 1] == u' ') --end;
+    return code.first(end).toString().toCaseFolded();
+}
+
+bool keptRowsServe(const std::shared_ptr<DbConnection>& connection) {
+    return kept.table && kept.connection.lock() == connection && connection->State() == 1 &&
+           kept.connectionString == connection->ConnectionString();
+}
+
+}  // namespace
+
+std::shared_ptr<const RejectTable> RejectTable::forLookupConnection() {
+    const std::shared_ptr<DbConnection> connection = mdlMain::LookupConnection;
+    if (!connection) fail(err::ObjectVariableNotSet);
+    if (keptRowsServe(connection)) return kept.table;
+    kept = {};
+    std::shared_ptr<const RejectTable> table = read();
+    if (!table->empty()) kept = {connection, connection->ConnectionString(), table};
+    return table;
+}
+
+void RejectTable::noteLookupState() {
+    const std::shared_ptr<DbConnection> connection = mdlMain::LookupConnection;
+    if (kept.table && !(connection && keptRowsServe(connection))) kept = {};
+}
+
+std::shared_ptr<const RejectTable> RejectTable::read() {
+    auto table = std::make_shared<RejectTable>();
+    RecordSet rows = mdlMain::LookupConnection->OpenRecordSet(QString(response::kRejectQuery));
+    const QString codeColumn(response::kRejectCodeColumn);
+    const QString descriptionColumn(response::kRejectDescriptionColumn);
+    // Counted once: the end-of-data test counts the rows every time it is asked.
+    const qint32 count = rows.RecordCount();
+    for (qint32 row = 0; row < count; ++row) {
+        const QVariant code = rows.Fields(codeColumn);
+        // A null code equals nothing; of equal codes the first row counts.
+        if (!code.isNull()) {
+            const QString key = comparedForm(code.toString());
+            if (!table->byCode_.contains(key)) {
+                table->byCode_.insert(key, rows.Fields(descriptionColumn));
+            }
+        }
+        ++table->rows_;
+        rows.MoveNext();
+    }
+    rows.Close();
+    return table;
+}
+
+std::optional<QString> RejectTable::descriptionOf(QStringView code) const {
+    const auto row = byCode_.constFind(comparedForm(code));
+    if (row == byCode_.cend()) return std::nullopt;
+    if (row->isNull()) fail(err::InvalidUseOfNull);
+    return row->toString();
+}
+
+}  // namespace tvrx

@@ -1,0 +1,82 @@
+#include "responses/TextPositions.h"
+
+#include "session/Conversions.h"
+#include "session/Encodings.h"
+#include "session/ErrorNumbers.h"
+#include "session/Failure.h"
+
+#include <algorithm>
+#include <deque>
+
+namespace tvrx::response {
+namespace {
+
+// A text copied into a buffer that keeps its room from one call to the next, for the
+// conversions that take a QString of their own.
+QString& buffered(QStringView text) {
+    thread_local QString buffer;
+    buffer.resize(text.size());
+    std::copy(text.begin(), text.end(), buffer.begin());
+    return buffer;
+}
+
+struct SharedText {
+    const char* prefix;
+    const char* word;
+    QString text;
+};
+
+}  // namespace
+
+QStringView mid(QStringView text, qsizetype start, qsizetype length) {
+    if (start < 1 || length < 0) fail(err::InvalidProcedureCall);
+    if (start > text.size()) return {};
+    return text.sliced(start - 1, std::min(length, text.size() - start + 1));
+}
+
+QStringView left(QStringView text, qsizetype length) {
+    if (length < 0) fail(err::InvalidProcedureCall);
+    return text.first(std::min(length, text.size()));
+}
+
+QStringView trimmed(QStringView text) {
+    qsizetype first = 0;
+    qsizetype end = text.size();
+    while (first < end && text[first] == u' ') ++first;
+    while (end > first && text[end - 1] == u' ') --end;
+    return text.sliced(first, end - first);
+}
+
+double numericValue(QStringView text) {
+    // Plain digits, as most numbers in a response are, read as the number they spell.
+    constexpr qsizetype kExactDigits = 15;
+    if (text.size() <= kExactDigits &&
+        std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; })) {
+        qint64 value = 0;
+        for (const QChar c : text) value = value * 10 + (c.unicode() - u'0');
+        return static_cast<double>(value);
+    }
+    return conv::Val(buffered(text));
+}
+
+double overPunched(QStringView text) {
+    return mdlMain::OverPunch(buffered(text));
+}
+
+const QString& shared(QLatin1StringView text) {
+    return shared(text, {});
+}
+
+const QString& shared(QLatin1StringView prefix, QLatin1StringView word) {
+    thread_local std::deque<SharedText> texts;
+    for (const SharedText& known : texts) {
+        if (known.prefix == prefix.data() && known.word == word.data()) return known.text;
+    }
+    QString text;
+    text.reserve(prefix.size() + word.size());
+    text.append(prefix).append(word);
+    texts.push_back({prefix.data(), word.data(), text});
+    return texts.back().text;
+}
+
+}  // namespace tvrx::response

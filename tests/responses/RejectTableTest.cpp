@@ -1,0 +1,69 @@
+#include "responses/ResponseFixture.h"
+#include "session/DbConnection.h"
+#include "session/ErrorNumbers.h"
+#include "session/Session.h"
+
+#include <gtest/gtest.h>
+
+namespace tvrx {
+namespace {
+
+using Kind = ScriptedUserInteraction::Kind;
+
+class RejectTableTest : public test::ResponseFixture {
+protected:
+    // The description the response shows for its first reject after decoding claim.
+    QString firstDescription(const QString& claim) {
+        clsClaimResponse response;
+        EXPECT_TRUE(decode(response, claim));
+        return response.colReject()->Count() > 0 ? response.colReject()->Item(1)->Description
+                                                 : QString();
+    }
+
+    static QList<test::RejectRow> renamedRows() {
+        return {{"75", "Prior authorisation needed (new wording)"}};
+    }
+
+    const QString rejected = text(QStringLiteral("<STX>32000<GS>R0175"));
+};
+
+TEST_F(RejectTableTest, KeptRowsServeLaterDecodingsWithoutAStatement) {
+    EXPECT_EQ(firstDescription(rejected), "Prior Authorization Required");
+    // Any statement on the lookup connection would now fail and be reported.
+    mdlMain::LookupConnection->failNextStatement(err::StatementError);
+    EXPECT_EQ(firstDescription(rejected), "Prior Authorization Required");
+    EXPECT_EQ(firstDescription(sample(QStringLiteral("51-rejected"))),
+              "Prior Authorization Required");
+    EXPECT_TRUE(reporter->reports().isEmpty());
+}
+
+TEST_F(RejectTableTest, RowsAreReadAgainOnceTheLookupConnectionIsClosedOrReplaced) {
+    EXPECT_EQ(firstDescription(rejected), "Prior Authorization Required");
+    writeLookup(renamedRows());
+    EXPECT_EQ(firstDescription(rejected), "Prior Authorization Required");
+    mdlMain::LookupConnection->Close();
+    EXPECT_EQ(firstDescription(rejected), "Prior authorisation needed (new wording)");
+    writeLookup(test::testRejectRows());
+    mdlMain::LookupConnection.reset();
+    EXPECT_EQ(firstDescription(rejected), "Prior Authorization Required");
+    EXPECT_TRUE(reporter->reports().isEmpty());
+}
+
+TEST_F(RejectTableTest, AnEmptyOrFailedReadIsNotKept) {
+    for (const bool withTable : {true, false}) {
+        SCOPED_TRACE(withTable ? "empty table" : "no table");
+        mdlMain::LookupConnection.reset();
+        writeLookup({}, withTable);
+        user->answerMsgBox(Answer::OK);
+        clsClaimResponse response;
+        EXPECT_FALSE(decode(response, rejected));
+        writeLookup(test::testRejectRows());
+        EXPECT_EQ(firstDescription(rejected), "Prior Authorization Required");
+    }
+    EXPECT_EQ(user->callsOf(Kind::MsgBox).size(), 2);
+    ASSERT_EQ(reporter->reports().size(), 1);
+    EXPECT_EQ(reporter->reports().at(0).location, "clsClaimResponse:BuildResponse");
+}
+
+}  // namespace
+}  // namespace tvrx
