@@ -86,6 +86,7 @@ void RecordSet::Close() {
     requireOpen();
     open_ = false;
     rows_.clear();
+    deletedRows_ = 0;
     adding_ = false;
     changed_.assign(changed_.size(), false);
 }
@@ -102,9 +103,7 @@ bool RecordSet::Bof() const {
 
 qint32 RecordSet::RecordCount() const {
     requireOpen();
-    qint32 count = 0;
-    for (const Row& row : rows_) count += row.deleted ? 0 : 1;
-    return count;
+    return static_cast<qint32>(rows_.size()) - deletedRows_;
 }
 
 void RecordSet::skipDeleted(int step) {
@@ -311,6 +310,7 @@ void RecordSet::Delete() {
     link_->execute(
         QStringLiteral("DELETE FROM %1 WHERE %2 = ?").arg(table_, allNames_.at(keyIndex_)), {key});
     rows_[static_cast<size_t>(position_)].deleted = true;
+    ++deletedRows_;
     changed_.assign(changed_.size(), false);
 }
 

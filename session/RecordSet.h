@@ -88,6 +88,8 @@ private:
     QStringList names_;
     QStringList allNames_;
     std::vector<Row> rows_;
+    // Rows removed with Delete, counted so that RecordCount and Eof stay constant-time.
+    qint32 deletedRows_ = 0;
     int position_ = 0;
 
     std::shared_ptr<ConnectionLink> link_;
