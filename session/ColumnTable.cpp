@@ -194,9 +194,10 @@ QString insertText(const QString& table, const QStringList& columns) {
         .arg(table, columns.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
 }
 
-int positionOf(const std::vector<ColumnSpec>& specs, const QString& table, const QString& name) {
-    for (size_t i = 0; i < specs.size(); ++i) {
-        if (specs[i].name.compare(name, Qt::CaseInsensitive) == 0) return static_cast<int>(i);
+int positionOf(const std::vector<ColumnSpec>& columnSpecs, const QString& table,
+               const QString& name) {
+    for (size_t i = 0; i < columnSpecs.size(); ++i) {
+        if (columnSpecs[i].name.compare(name, Qt::CaseInsensitive) == 0) return static_cast<int>(i);
     }
     qFatal("The columns of %s name no column %s", qPrintable(table), qPrintable(name));
 }

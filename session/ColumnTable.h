@@ -289,7 +289,8 @@ QString updateText(const QString& table, const QStringList& columns, const QStri
 QString insertText(const QString& table, const QStringList& columns);
 // The position of a column by name, ignoring letter case; stops the program for a name
 // that the description lacks, which is a fault of the description.
-int positionOf(const std::vector<ColumnSpec>& specs, const QString& table, const QString& name);
+int positionOf(const std::vector<ColumnSpec>& columnSpecs, const QString& table,
+               const QString& name);
 
 }  // namespace columns
 
@@ -348,11 +349,11 @@ public:
     }
     void readColumn(Frame& frame, const RecordSet& rs, Record& record, int i) const {
         const Column& column = columns_[static_cast<size_t>(i)];
-        const ColumnSpec& spec = specs_[static_cast<size_t>(i)];
-        if (spec.read.kind == ReadForm::Kind::NotRead) return;
+        const ColumnSpec& columnSpec = specs_[static_cast<size_t>(i)];
+        if (columnSpec.read.kind == ReadForm::Kind::NotRead) return;
         frame([&] {
-            const std::optional<QVariant> value = columns::readField(rs, spec);
-            if (value) column.property.set(record, columns::convertTo(spec.type, *value));
+            const std::optional<QVariant> value = columns::readField(rs, columnSpec);
+            if (value) column.property.set(record, columns::convertTo(columnSpec.type, *value));
         });
     }
 
