@@ -1,15 +1,222 @@
 #pragma once
 
+#include "session/Conversions.h"
+
+#include <QDateTime>
 #include <QString>
+
+#include <memory>
 
 namespace tvrx {
 
-// One fill of a prescription. For now it carries only what the claim exchange needs; the
-// record, pricing and the claim builders join it here.
+class DbConnection;
+class Frame;
+class RecordSet;
+class clsClaimResponse;
+class clsDoc;
+class clsDrug;
+class clsPatient;
+template <class Record>
+class ColumnTable;
+
+// How a prescription object came to be loaded; it steers the change log and the fill-mode
+// text. It is never stored.
+enum rxTypes { NewRx = 1, RefillRx = 2, EditRx = 3, GenerateRx = 4, ReversedRx = 5 };
+
+// One fill of a prescription: one row of RXINFO. A prescription number owns one original
+// fill (RefillNumber 0) and its refills (1, 2, ...). Reading a fill also reads its
+// patient, prescriber and drug; every change of the fill's key values after the first
+// save leaves a row in LOG_RX.
 class clsPrescription {
 public:
-    // The printer the fill's labels and reports go to; colRX hands it over on Add.
+    clsPrescription();
+    ~clsPrescription();
+    clsPrescription(const clsPrescription&) = delete;
+    clsPrescription& operator=(const clsPrescription&) = delete;
+
+    // Loads the row of RXInfoID with its original fill's date, quantity and refills and
+    // what was left as of this fill. A missing row leaves the object as it was.
+    void GetData();
+    // Writes the object to its row; on a refill the original's date and quantity go to
+    // the original's row first. Updated and the change log follow even when the
+    // statement failed.
+    void Update();
+    void ClearResponse();
+    void ClearOtherResponse();
+    void setConnection(std::shared_ptr<DbConnection> connection);
+
+    // The primary and the secondary payer's answer to the latest claim; never empty.
+    std::shared_ptr<clsClaimResponse> Response();
+    std::shared_ptr<clsClaimResponse> OtherResponse();
+    void setResponse(std::shared_ptr<clsClaimResponse> value);
+    void setOtherResponse(std::shared_ptr<clsClaimResponse> value);
+    // The records the fill points to, as loaded by the PatientID, MDID and DrugID
+    // setters; before that an empty record with key 0 that was not read.
+    std::shared_ptr<clsPatient> PatientClass();
+    std::shared_ptr<clsDoc> DoctorClass();
+    std::shared_ptr<clsDrug> DrugClass();
+
+    qint32 PatientID() const { return m_lPatientID; }
+    void setPatientID(qint32 value);
+    qint32 MDID() const { return m_lMDID; }
+    void setMDID(qint32 value);
+    qint32 DrugID() const { return m_lDrugID; }
+    // Also takes the drug's price table into DrugPT and its generic flag into Generic.
+    void setDrugID(qint32 value);
+
+    // The refills left as of this fill, with "+" when more quantity remains than the
+    // whole refills show.
+    QString RefillsLeft();
+    // The days supply; the text "Null" that old rows hold reads as empty.
+    QString DS();
+    void setDS(const QString& value) { m_sDS = value; }
+    // The product code qualifier if it is one a claim accepts (0 to 26 or 99), "0" for
+    // another number, empty for a text that is no number.
+    QString ProductIDQualifier();
+    void setProductIDQualifier(const QString& value) { m_sProductIDQualifier = value; }
+
+    bool Updated() const { return m_bUpdated; }
+    rxTypes PrescriptionType = NewRx;
+
+    qint32 RXInfoID = 0;
+    qint32 Number = 0;
+    qint32 RefillNumber = 0;
+    qint32 LogID = 0;
+    QDateTime DateFilled = conv::ZeroDate();
+    double Qty = 0;
+    double MetricQty = 0;
+    double Price = 0;
+    double RetailPrice = 0;
+    double Copay = 0;
+    double QtyRemain = 0;
+    QString Patient;
+    QString Doctor;
+    qint32 PatInsID = 0;
+    qint32 InsID = 0;
+    QString SIG;
+    qint16 Compound = 0;
+    QString Drug;
+    double Refills = 0;
+    qint32 OriginalRefills = 0;
+    double Cost = 0;
+    qint32 PriceTableID = 0;
+    double AWP = 0;
+    qint16 PA = 0;
+    QString PANumber;
+    QString DNDC;
+    bool Voided = false;
+    bool OnHold = false;
+    QDateTime OriginalDate = conv::ZeroDate();
+    double OriginalQty = 0;
+    QString DAWField;
+    qint32 RPh = 0;
+    qint32 Tech = 0;
+    QString Schedule;
+    QString Notes;
+    QString SigCodes;
+    QString OtherDenial;
+    QString DURConflict;
+    QString DURIntervention;
+    QString DUROutcome;
+    QString AuthNumber;
+    qint16 PAID = 0;
+    bool ARCharge = false;
+    bool OnLine = false;
+    QString OnlineResult;
+    QString Diagnosis;
+    double OtherPayor = 0;
+    QDateTime DenialDate = conv::ZeroDate();
+    QString HCPC;
+    qint16 Form = 0;
+    QString ControlNumber;
+    // Read with the fill, never written back by Update.
+    qint16 Transferred = 0;
+    QString QBTxnID;
+    QString PAMC;
+    QString DURData;
+    QString OtherInsCode;
+    QString EligibilityCode;
+    QString OriginCode;
+    QString LevelOfService;
+    double GeneratedRx = 0;
+    QString Units;
+    QString InsData;
+    qint16 FormulaID = 0;
+    qint32 OPatInsID = 0;
+    qint16 OInsPaid = 0;
+    double OInsAmount = 0;
+    double OInsCopay = 0;
+    double PInsAmount = 0;
+    double PInsCopay = 0;
+    QString OAuthCode;
+    QString OOnlineResult;
+    QString OtherCoverage;
+    QString OtherType;
+    QString PaidQualifier;
+    QDateTime OtherDate = conv::ZeroDate();
+    qint16 Deleted = 0;
+    QString OtherIDQualifier;
+    QString OtherID;
+
+    // Kept with the object, not in RXINFO.
     QString PrintDevice;
+    qint16 NumberOfLabels = 0;
+    bool ClaimReady = false;
+    bool OtherClaimReady = false;
+    qint16 OneFill = 0;
+    bool ITXChecked = false;
+    qint16 ITXLookBack = 90;
+    QString Monograph;
+    qint32 CurrentPT = 0;
+    qint32 PatientPT = 0;
+    qint32 DrugPT = 0;
+    qint32 CopayPT = 0;
+    bool Generic = false;
+
+private:
+    friend const ColumnTable<clsPrescription>& prescriptionColumns();
+
+    void readOriginalFill(Frame& frame, const RecordSet& rs);
+    void readOriginalOfRefill(Frame& frame);
+    void countRefillsUsed(Frame& frame, double refillCount);
+    void updateOriginalOfRefill(Frame& frame);
+    void SaveForLog();
+    void AddLogEntry();
+
+    qint32 m_lPatientID = 0;
+    qint32 m_lMDID = 0;
+    qint32 m_lDrugID = 0;
+    qint32 m_lRefillsLeft = 0;
+    QString m_sDS;
+    QString m_sProductIDQualifier;
+    bool m_bUpdated = false;
+
+    std::shared_ptr<clsClaimResponse> m_Response;
+    std::shared_ptr<clsClaimResponse> m_OtherResponse;
+    std::shared_ptr<clsPatient> m_PatientClass;
+    std::shared_ptr<clsDoc> m_DoctorClass;
+    std::shared_ptr<clsDrug> m_DrugClass;
+
+    // The pharmacist and technician that the latest edit of this object named; the log
+    // rows carry them, 0 when the object was not edited.
+    qint32 m_lEditRPhID = 0;
+    qint32 m_lEditTechID = 0;
+
+    // The change log's picture of the watched values as last read or logged.
+    bool m_bSavedForLog = false;
+    QDateTime m_dtLogDate = conv::ZeroDate();
+    double m_dLogQty = 0;
+    double m_dLogPrice = 0;
+    double m_dLogCopay = 0;
+    double m_dLogQtyRemain = 0;
+    QString m_sLogDS;
+    QString m_sLogPatient;
+    QString m_sLogDoctor;
+    QString m_sLogSIG;
+    QString m_sLogDrug;
 };
+
+// The fill row's columns (session/ColumnTable.h).
+const ColumnTable<clsPrescription>& prescriptionColumns();
 
 }  // namespace tvrx
