@@ -175,6 +175,7 @@ public:
 
 private:
     friend const ColumnTable<clsPrescription>& prescriptionColumns();
+    friend struct PrescriptionLog;
 
     void readOriginalFill(Frame& frame, const RecordSet& rs);
     void readOriginalOfRefill(Frame& frame);

@@ -17,19 +17,6 @@ bool isNull(const QVariant& value) {
     return !value.isValid() || value.isNull();
 }
 
-bool holdsDate(const QVariant& value) {
-    switch (value.typeId()) {
-        case QMetaType::QDateTime:
-            return value.toDateTime().isValid();
-        case QMetaType::QDate:
-            return value.toDate().isValid();
-        case QMetaType::QString:
-            return Dialect::dateTimeFromText(value.toString()).isValid();
-        default:
-            return false;
-    }
-}
-
 // A date member of the platform always holds a date; an unset one is the zero date.
 QDateTime dateOf(const QVariant& value) {
     const QDateTime date = value.toDateTime();
@@ -77,6 +64,19 @@ QVariant dateWritten(const ColumnSpec& column, const QVariant& value) {
 }
 
 }  // namespace
+
+bool holdsDate(const QVariant& value) {
+    switch (value.typeId()) {
+        case QMetaType::QDateTime:
+            return value.toDateTime().isValid();
+        case QMetaType::QDate:
+            return value.toDate().isValid();
+        case QMetaType::QString:
+            return Dialect::dateTimeFromText(value.toString()).isValid();
+        default:
+            return false;
+    }
+}
 
 QString textOf(const QVariant& value) {
     if (isNull(value)) return QStringLiteral("");

@@ -276,6 +276,8 @@ namespace columns {
 // The text of a value, as joining it to a text makes it: a null gives the empty text, a
 // number its default text, a date its default date text, a flag "True" or "False".
 QString textOf(const QVariant& value);
+// Whether a field holds a date: a valid date value, or a text the database writes dates in.
+bool holdsDate(const QVariant& value);
 // The field's value turned by the read form, before the conversion to the property.
 // std::nullopt when the form leaves the property as it is.
 std::optional<QVariant> readField(const RecordSet& rs, const ColumnSpec& column);

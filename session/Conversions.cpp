@@ -776,6 +776,12 @@ bool ToBoolean(const QVariant& value) {
     return strictNumber(value) != 0;
 }
 
+bool IsNumeric(const QString& text) {
+    NumberReader reader(trimBlanks(text), false);
+    reader.scan();
+    return reader.foundWholeText();
+}
+
 QDateTime ToDate(const QVariant& value) {
     rejectNull(value);
     switch (value.typeId()) {

@@ -33,6 +33,9 @@ double ToDouble(const QVariant& value);
 double ToCurrency(const QVariant& value);  // rounded to four places, half to even
 QDateTime ToDate(const QVariant& value);   // local time, to the second
 bool ToBoolean(const QVariant& value);
+// Whether a text is one number that takes the whole text but for blanks at either end,
+// as the strict conversions read it ("True" and "False" are words, not numbers).
+bool IsNumeric(const QString& text);
 
 // Strict 16-bit and 32-bit narrowing of a double, as an assignment to such a member does.
 qint16 IntegerFromDouble(double value);

@@ -1,0 +1,616 @@
+#include "prescription/clsPrescription.h"
+
+#include "records/MainConnection.h"
+#include "records/RecordForms.h"
+#include "records/clsDoc.h"
+#include "records/clsDrug.h"
+#include "records/clsPatient.h"
+#include "responses/clsClaimResponse.h"
+#include "session/ColumnTable.h"
+#include "session/Connections.h"
+#include "session/DbConnection.h"
+#include "session/Frame.h"
+
+namespace tvrx {
+
+namespace {
+
+using C = clsPrescription;
+using R = ReadForm;
+using W = WriteForm;
+
+// A text property kept in a private member, written as stored whatever its getter shows.
+Property<C> storedText(QString C::*field) {
+    return member(field);
+}
+
+// OtherDate of a row without one reads as today.
+ReadForm todayWhenNull() {
+    return R::custom([](const QVariant& field) {
+        return field.isNull() ? QVariant(mdlMain::clock().now().date().startOfDay()) : field;
+    });
+}
+
+}  // namespace
+
+// The columns in the order GetData selects them. The original fill's three columns are
+// read from this row only when it is the original; a refill takes them from the
+// original's row.
+const ColumnTable<clsPrescription>& prescriptionColumns() {
+    static const ColumnTable<C> table(
+        QStringLiteral("RXINFO"), QStringLiteral("RXInfoID"),
+        {
+            {"RXInfoID", member(&C::RXInfoID), R::zeroText(), W::none()},
+            {"Number", member(&C::Number), R::zeroText(), W::number()},
+            {"RefillNumber", member(&C::RefillNumber), R::zeroText(), W::number()},
+            {"LogID", member(&C::LogID), R::zeroText(), W::number()},
+            {"Date", member(&C::DateFilled), R::nullScreen(), W::date("MM/DD/YYYY hh:mm")},
+            {"Qty", member(&C::Qty), R::zeroText(), W::number()},
+            {"Price", member(&C::Price), R::zeroText(), W::number()},
+            {"RetailPrice", member(&C::RetailPrice), R::zeroText(), W::number()},
+            {"Copay", member(&C::Copay), R::zeroText(), W::number()},
+            {"QtyRemain", member(&C::QtyRemain), R::zeroText(), W::number()},
+            {"DS", storedText(&C::m_sDS), R::nullScreen(QStringLiteral("0")), W::quotedRaw()},
+            {"Patient", member(&C::Patient), R::text(), W::doubledThenCut(50)},
+            {"PatientID", accessor(&C::PatientID, &C::setPatientID), R::zeroText(), W::number()},
+            {"Doctor", member(&C::Doctor), R::text(), W::quotedDoubled()},
+            {"MDID", accessor(&C::MDID, &C::setMDID), R::zeroText(), W::number()},
+            {"PatInsID", member(&C::PatInsID), R::zeroText(), W::number()},
+            {"InsID", member(&C::InsID), R::zeroText(), W::number()},
+            {"SIG", member(&C::SIG), R::text(), W::quotedDoubled()},
+            {"Compound", member(&C::Compound), R::nullScreen(0), W::number()},
+            {"Drug", member(&C::Drug), R::text(), W::quotedDoubled()},
+            {"DrugID", accessor(&C::DrugID, &C::setDrugID), R::zeroText(), W::number()},
+            {"Refills", member(&C::Refills), R::zeroText(), W::number()},
+            {"Cost", member(&C::Cost), R::zeroText(), W::number()},
+            {"PriceTableID", member(&C::PriceTableID), R::zeroText(), W::number()},
+            {"AWP", member(&C::AWP), R::zeroText(), W::number()},
+            {"PA", member(&C::PA), R::nullScreen(0), W::number()},
+            {"PANumber", member(&C::PANumber), R::text(), W::quotedRaw()},
+            {"DNDC", member(&C::DNDC), R::trimmed(), W::quotedRaw()},
+            {"Voided", member(&C::Voided), R::nullScreen(0), W::number()},
+            {"OriginalDate", member(&C::OriginalDate), R::nullScreen(0), records::day()},
+            {"DAWField", member(&C::DAWField), R::text(), W::quotedRaw()},
+            {"RPhID", member(&C::RPh), R::zeroText(), W::number()},
+            {"TechID", member(&C::Tech), R::zeroText(), W::number()},
+            {"Schedule", member(&C::Schedule), R::text(), W::quotedRaw()},
+            {"Notes", member(&C::Notes), R::text(), W::quotedDoubled()},
+            {"SigCodes", member(&C::SigCodes), R::text(), W::quotedDoubled()},
+            {"OtherDenial", member(&C::OtherDenial), R::text(), W::quotedRaw()},
+            {"DURConflict", member(&C::DURConflict), R::text(), W::quotedRaw()},
+            {"DURIntervention", member(&C::DURIntervention), R::text(), W::quotedRaw()},
+            {"DUROutcome", member(&C::DUROutcome), R::text(), W::quotedRaw()},
+            {"AuthNumber", member(&C::AuthNumber), R::text(), W::quotedDoubled()},
+            {"Paid", member(&C::PAID), R::nullScreen(0), W::number()},
+            {"Online", member(&C::OnLine), R::nullScreen(0), W::number()},
+            {"OnlineResult", member(&C::OnlineResult), R::text(), W::quotedDoubled()},
+            {"Diagnosis", member(&C::Diagnosis), R::text(), W::quotedRaw()},
+            {"OtherPayor", member(&C::OtherPayor), R::nullScreen(0), W::number()},
+            {"DenialDate", member(&C::DenialDate), R::nullScreen(0), records::day()},
+            {"HCPC", member(&C::HCPC), R::text(), W::quotedRaw()},
+            {"Form", member(&C::Form), R::nullScreen(1), W::number()},
+            {"ControlNumber", member(&C::ControlNumber), R::text(), W::quotedRaw()},
+            {"Transferred", member(&C::Transferred), R::nullScreen(0), W::none()},
+            {"ARCharge", member(&C::ARCharge), R::nullScreen(0), W::number()},
+            {"QBTxnID", member(&C::QBTxnID), R::text(), W::quotedRaw()},
+            {"MetricQty", member(&C::MetricQty), R::zeroText(), W::number()},
+            {"DURData", member(&C::DURData), R::text(), W::quotedRaw()},
+            {"OtherInsCode", member(&C::OtherInsCode), R::text(), W::quotedRaw()},
+            {"EligibilityCode", member(&C::EligibilityCode), R::text(), W::quotedRaw()},
+            {"OriginCode", member(&C::OriginCode), R::text(), W::quotedRaw()},
+            {"LevelOfService", member(&C::LevelOfService), R::text(), W::quotedRaw()},
+            {"GeneratedRx", member(&C::GeneratedRx), R::nullScreen(0), W::number()},
+            {"Units", member(&C::Units), R::text(), W::quotedRaw()},
+            {"InsData", member(&C::InsData), R::text(), W::quotedRaw()},
+            {"FormulaID", member(&C::FormulaID), R::zeroText(), W::number()},
+            {"OPatInsID", member(&C::OPatInsID), R::zeroText(), W::number()},
+            {"OInsPaid", member(&C::OInsPaid), R::nullScreen(0), W::number()},
+            {"OInsAmount", member(&C::OInsAmount), R::zeroText(), W::number()},
+            {"OInsCopay", member(&C::OInsCopay), R::zeroText(), W::number()},
+            {"PInsAmount", member(&C::PInsAmount), R::nullScreen(0), W::number()},
+            {"PInsCopay", member(&C::PInsCopay), R::zeroText(), W::number()},
+            {"OAuthNumber", member(&C::OAuthCode), R::text(), W::quotedRaw()},
+            {"OOnlineResult", member(&C::OOnlineResult), R::text(), W::quotedRaw()},
+            {"OtherCoverage", member(&C::OtherCoverage), R::text(), W::quotedRaw()},
+            {"OtherType", member(&C::OtherType), R::text(), W::quotedRaw()},
+            {"PaidQualifier", member(&C::PaidQualifier), R::text(), W::quotedRaw()},
+            {"OtherIDQualifier", member(&C::OtherIDQualifier), R::text(), W::quotedRaw()},
+            {"OtherID", member(&C::OtherID), R::text(), W::quotedRaw()},
+            {"OtherDate", member(&C::OtherDate), todayWhenNull(), records::day()},
+            {"Deleted", member(&C::Deleted), R::nullScreen(0), W::number()},
+            {"OnHold", member(&C::OnHold), R::nullScreen(0), W::number()},
+            {"OriginalQty", member(&C::OriginalQty), R::zeroText(), W::number()},
+            {"OriginalRefills", member(&C::OriginalRefills), R::zeroText(), W::number()},
+            {"ProductIDQualifier", storedText(&C::m_sProductIDQualifier),
+             R::nullScreen(QStringLiteral("03")), W::quotedRaw()},
+            {"PAMC", member(&C::PAMC), R::text(), W::quotedRaw()},
+            {"DateChanged", records::presentTime<C>(), R::none(), W::value()},
+        });
+    return table;
+}
+
+namespace {
+
+const ColumnTable<C>& table() {
+    return prescriptionColumns();
+}
+
+// Every described column but the change date, which only Update writes.
+const ColumnOrder& selectOrder() {
+    static const ColumnOrder order = [] {
+        ColumnOrder columns = table().all();
+        columns.pop_back();
+        return columns;
+    }();
+    return order;
+}
+
+const ColumnOrder& keyOrder() {
+    static const ColumnOrder order = table().order({"RXInfoID", "Number", "RefillNumber"});
+    return order;
+}
+
+const ColumnOrder& originalOrder() {
+    static const ColumnOrder order =
+        table().order({"OriginalDate", "OriginalQty", "OriginalRefills"});
+    return order;
+}
+
+// The rest of the row, in the order GetData reads it: the patient before the prescriber
+// before the drug, each setter reading its record.
+const ColumnOrder& readOrder() {
+    static const ColumnOrder order = table().order({"LogID",
+                                                    "Date",
+                                                    "Qty",
+                                                    "MetricQty",
+                                                    "Price",
+                                                    "RetailPrice",
+                                                    "Copay",
+                                                    "QtyRemain",
+                                                    "DS",
+                                                    "Patient",
+                                                    "PatientID",
+                                                    "Doctor",
+                                                    "MDID",
+                                                    "PatInsID",
+                                                    "InsID",
+                                                    "SIG",
+                                                    "Compound",
+                                                    "Drug",
+                                                    "DrugID",
+                                                    "Refills",
+                                                    "Cost",
+                                                    "PriceTableID",
+                                                    "AWP",
+                                                    "PA",
+                                                    "PANumber",
+                                                    "DNDC",
+                                                    "Voided",
+                                                    "OnHold",
+                                                    "DAWField",
+                                                    "RPhID",
+                                                    "TechID",
+                                                    "Schedule",
+                                                    "Notes",
+                                                    "SigCodes",
+                                                    "OtherDenial",
+                                                    "DURConflict",
+                                                    "DURIntervention",
+                                                    "DUROutcome",
+                                                    "AuthNumber",
+                                                    "Paid",
+                                                    "ARCharge",
+                                                    "Online",
+                                                    "OnlineResult",
+                                                    "Diagnosis",
+                                                    "OtherPayor",
+                                                    "DenialDate",
+                                                    "HCPC",
+                                                    "Form",
+                                                    "ControlNumber",
+                                                    "QBTxnID",
+                                                    "Transferred",
+                                                    "PAMC",
+                                                    "DURData",
+                                                    "EligibilityCode",
+                                                    "OtherInsCode",
+                                                    "OriginCode",
+                                                    "LevelOfService",
+                                                    "GeneratedRx",
+                                                    "FormulaID",
+                                                    "Units",
+                                                    "InsData",
+                                                    "OOnlineResult",
+                                                    "OAuthNumber",
+                                                    "OInsPaid",
+                                                    "OPatInsID",
+                                                    "OInsAmount",
+                                                    "OInsCopay",
+                                                    "PInsAmount",
+                                                    "PInsCopay",
+                                                    "OtherCoverage",
+                                                    "OtherType",
+                                                    "PaidQualifier",
+                                                    "OtherDate",
+                                                    "Deleted",
+                                                    "OtherIDQualifier",
+                                                    "OtherID",
+                                                    "ProductIDQualifier"});
+    return order;
+}
+
+// The UPDATE's columns after the keys; the original's three columns come between on an
+// original fill, and the control number closes the list.
+ColumnOrder updateOrder(bool original) {
+    ColumnOrder order = table().order({"Number", "RefillNumber"});
+    if (original) order.insert(order.end(), originalOrder().begin(), originalOrder().end());
+    const ColumnOrder rest = table().order({"LogID",
+                                            "Date",
+                                            "Qty",
+                                            "MetricQty",
+                                            "Price",
+                                            "RetailPrice",
+                                            "Copay",
+                                            "QtyRemain",
+                                            "DS",
+                                            "Patient",
+                                            "PatientID",
+                                            "Doctor",
+                                            "MDID",
+                                            "PatInsID",
+                                            "InsID",
+                                            "SIG",
+                                            "Compound",
+                                            "Drug",
+                                            "DrugID",
+                                            "Refills",
+                                            "Cost",
+                                            "PriceTableID",
+                                            "AWP",
+                                            "PA",
+                                            "PANumber",
+                                            "DNDC",
+                                            "Voided",
+                                            "OnHold",
+                                            "DAWField",
+                                            "RPhID",
+                                            "TechID",
+                                            "Schedule",
+                                            "Notes",
+                                            "SigCodes",
+                                            "OtherDenial",
+                                            "DURConflict",
+                                            "DURIntervention",
+                                            "DUROutcome",
+                                            "AuthNumber",
+                                            "Paid",
+                                            "ARCharge",
+                                            "Online",
+                                            "OnlineResult",
+                                            "Diagnosis",
+                                            "OtherPayor",
+                                            "DenialDate",
+                                            "HCPC",
+                                            "PAMC",
+                                            "QBTxnID",
+                                            "DURData",
+                                            "OtherInsCode",
+                                            "EligibilityCode",
+                                            "OriginCode",
+                                            "LevelOfService",
+                                            "Units",
+                                            "InsData",
+                                            "Form",
+                                            "GeneratedRx",
+                                            "FormulaID",
+                                            "Deleted",
+                                            "OPatInsID",
+                                            "OInsPaid",
+                                            "OInsAmount",
+                                            "OInsCopay",
+                                            "PInsAmount",
+                                            "PInsCopay",
+                                            "OtherDate",
+                                            "OOnlineResult",
+                                            "OAuthNumber",
+                                            "OtherCoverage",
+                                            "OtherType",
+                                            "PaidQualifier",
+                                            "OtherIDQualifier",
+                                            "ProductIDQualifier",
+                                            "OtherID",
+                                            "DateChanged",
+                                            "ControlNumber"});
+    order.insert(order.end(), rest.begin(), rest.end());
+    return order;
+}
+
+const ColumnOrder& originalFillUpdate() {
+    static const ColumnOrder order = updateOrder(true);
+    return order;
+}
+
+const ColumnOrder& refillUpdate() {
+    static const ColumnOrder order = updateOrder(false);
+    return order;
+}
+
+const QString kOriginalOfRefill = QStringLiteral(
+    "SELECT Date, OriginalDate, OriginalQty, Refills, Qty, OriginalRefills FROM RXINFO "
+    "WHERE Number = ? AND RefillNumber = 0");
+
+// The fills up to this one that were neither voided nor deleted: what has been used of
+// the refills as of this fill.
+const QString kRefillsUsed = QStringLiteral(
+    "SELECT COUNT(RxInfoID) AS RefillsUsed FROM RXINFO WHERE Number = ? "
+    "AND COALESCE(Voided, 0) = 0 AND COALESCE(Deleted, 0) = 0 "
+    "AND (RefillNumber > 0 AND RefillNumber <= ?)");
+
+const QString kUpdateOriginal = QStringLiteral(
+    "UPDATE RXINFO SET OriginalDate = ?, OriginalQty = ? WHERE Number = ? AND RefillNumber = 0");
+
+QVariant zeroText(const QVariant& field) {
+    return QVariant(QStringLiteral("0") + columns::textOf(field));
+}
+
+qint32 wholeRefills(double count) {
+    return conv::LongFromDouble(conv::RoundHalfEven(count));
+}
+
+// The PAMC column of the row being read, for the report of a failed read.
+QString pamcOf(const RecordSet& rs) {
+    if (rs.State() != 1 || rs.Eof() || rs.Bof()) return {};
+    return columns::textOf(rs.Fields(QStringLiteral("PAMC")));
+}
+
+}  // namespace
+
+clsPrescription::clsPrescription()
+    : m_Response(std::make_shared<clsClaimResponse>()),
+      m_OtherResponse(std::make_shared<clsClaimResponse>()) {}
+
+// The contained records go in this order: patient, drug, prescriber.
+clsPrescription::~clsPrescription() {
+    m_PatientClass.reset();
+    m_DrugClass.reset();
+    m_DoctorClass.reset();
+}
+
+void clsPrescription::GetData() {
+    Frame frame("clsPrescription:GetData");
+    RecordSet rs;
+    frame.withDetails([&] { return QStringLiteral("PAMC ") + pamcOf(rs); });
+    frame([&] {
+        rs = records::mainConnection().OpenRecordSet(table().selectList(selectOrder()), {RXInfoID});
+    });
+    // A failed test for the row reads on, as the original handler resumed inside the block.
+    bool hasRow = true;
+    frame([&] { hasRow = !rs.Eof(); });
+    if (hasRow) {
+        table().read(frame, rs, *this, keyOrder());
+        readOriginalFill(frame, rs);
+        table().read(frame, rs, *this, readOrder());
+        SaveForLog();
+    }
+    frame([&] {
+        if (rs.State() == 1) rs.Close();
+    });
+}
+
+// An original fill carries its own date, quantity and refills; a refill takes them from
+// the original's row and counts the fills used up to itself.
+void clsPrescription::readOriginalFill(Frame& frame, const RecordSet& rs) {
+    if (RefillNumber >= 1) {
+        readOriginalOfRefill(frame);
+        return;
+    }
+    table().read(frame, rs, *this, originalOrder());
+    double refillCount = 0;
+    frame([&] { refillCount = conv::ToDouble(zeroText(rs.Fields(QStringLiteral("Refills")))); });
+    frame([&] { m_lRefillsLeft = wholeRefills(refillCount); });
+}
+
+void clsPrescription::readOriginalOfRefill(Frame& frame) {
+    RecordSet original;
+    frame([&] { original = records::mainConnection().OpenRecordSet(kOriginalOfRefill, {Number}); });
+    bool found = true;
+    frame([&] { found = !original.Eof(); });
+    double refillCount = 0;
+    if (!found) {
+        OriginalDate = conv::ZeroDate();
+        OriginalQty = 0;
+        OriginalRefills = 0;
+    } else {
+        frame([&] {
+            const QVariant originalDate = original.Fields(QStringLiteral("OriginalDate"));
+            OriginalDate = conv::ToDate(columns::holdsDate(originalDate)
+                                            ? originalDate
+                                            : original.Fields(QStringLiteral("Date")));
+        });
+        frame(
+            [&] { OriginalQty = conv::ToDouble(original.Fields(QStringLiteral("OriginalQty"))); });
+        frame([&] {
+            if (OriginalQty <= 0)
+                OriginalQty = conv::ToDouble(original.Fields(QStringLiteral("Qty")));
+        });
+        frame([&] {
+            OriginalRefills =
+                conv::ToLong(zeroText(original.Fields(QStringLiteral("OriginalRefills"))));
+        });
+        frame([&] {
+            refillCount = conv::ToDouble(zeroText(original.Fields(QStringLiteral("Refills"))));
+        });
+    }
+    frame([&] {
+        if (original.State() == 1) original.Close();
+    });
+    countRefillsUsed(frame, refillCount);
+}
+
+void clsPrescription::countRefillsUsed(Frame& frame, double refillCount) {
+    RecordSet used;
+    frame([&] {
+        used = records::mainConnection().OpenRecordSet(kRefillsUsed, {Number, RefillNumber});
+    });
+    frame([&] {
+        if (used.Eof()) {
+            m_lRefillsLeft = wholeRefills(refillCount);
+            return;
+        }
+        const double left =
+            refillCount - conv::ToDouble(used.Fields(QStringLiteral("RefillsUsed")));
+        m_lRefillsLeft = left < 0 ? 0 : wholeRefills(left);
+    });
+}
+
+void clsPrescription::Update() {
+    Frame frame("clsPrescription:Update");
+    const bool original = RefillNumber < 1;
+    if (!original) updateOriginalOfRefill(frame);
+    frame([&] {
+        const BoundStatement update =
+            table().update(*this, RXInfoID, original ? originalFillUpdate() : refillUpdate());
+        records::mainConnection().Execute(update.sql, update.params);
+    });
+    m_bUpdated = true;
+    if (PrescriptionType == NewRx && !m_bSavedForLog) {
+        SaveForLog();
+        m_bSavedForLog = true;
+    } else {
+        AddLogEntry();
+    }
+}
+
+// A change of the original date or quantity made on a refill reaches the original's row;
+// its refills do not.
+void clsPrescription::updateOriginalOfRefill(Frame& frame) {
+    frame([&] {
+        const QVariant date = table().bound(*this, originalOrder()[0]);
+        const QVariant quantity = table().bound(*this, originalOrder()[1]);
+        records::mainConnection().Execute(kUpdateOriginal, {date, quantity, Number});
+    });
+}
+
+void clsPrescription::ClearResponse() {
+    m_Response = std::make_shared<clsClaimResponse>();
+}
+
+void clsPrescription::ClearOtherResponse() {
+    m_OtherResponse = std::make_shared<clsClaimResponse>();
+}
+
+void clsPrescription::setConnection(std::shared_ptr<DbConnection> connection) {
+    mdlMain::setConnection(std::move(connection), QStringLiteral("clsPrescription:Connection"));
+}
+
+std::shared_ptr<clsClaimResponse> clsPrescription::Response() {
+    if (!m_Response) m_Response = std::make_shared<clsClaimResponse>();
+    return m_Response;
+}
+
+std::shared_ptr<clsClaimResponse> clsPrescription::OtherResponse() {
+    if (!m_OtherResponse) m_OtherResponse = std::make_shared<clsClaimResponse>();
+    return m_OtherResponse;
+}
+
+void clsPrescription::setResponse(std::shared_ptr<clsClaimResponse> value) {
+    m_Response = std::move(value);
+}
+
+void clsPrescription::setOtherResponse(std::shared_ptr<clsClaimResponse> value) {
+    m_OtherResponse = std::move(value);
+}
+
+std::shared_ptr<clsPatient> clsPrescription::PatientClass() {
+    Frame frame("clsPrescription:PatientClass");
+    frame([&] {
+        if (m_PatientClass) return;
+        m_PatientClass = std::make_shared<clsPatient>();
+        m_PatientClass->PatientID = 0;
+    });
+    return m_PatientClass;
+}
+
+std::shared_ptr<clsDoc> clsPrescription::DoctorClass() {
+    Frame frame("clsPrescription:DoctorClass");
+    frame([&] {
+        if (m_DoctorClass) return;
+        m_DoctorClass = std::make_shared<clsDoc>();
+        m_DoctorClass->MDID = 0;
+    });
+    return m_DoctorClass;
+}
+
+std::shared_ptr<clsDrug> clsPrescription::DrugClass() {
+    Frame frame("clsPrescription:DrugClass");
+    frame([&] {
+        if (m_DrugClass) return;
+        m_DrugClass = std::make_shared<clsDrug>();
+        m_DrugClass->DrugID = 0;
+    });
+    return m_DrugClass;
+}
+
+// Setting the patient always reads the patient's record afresh, so a fill shows what
+// another workstation last saved.
+void clsPrescription::setPatientID(qint32 value) {
+    Frame frame("clsPrescription:PatientID");
+    m_lPatientID = value;
+    frame([&] { m_PatientClass = std::make_shared<clsPatient>(); });
+    frame([&] { m_PatientClass->PatientID = value; });
+    frame([&] { m_PatientClass->GetData(); });
+}
+
+void clsPrescription::setMDID(qint32 value) {
+    Frame frame("clsPrescription:MDID");
+    m_lMDID = value;
+    frame([&] { m_DoctorClass = std::make_shared<clsDoc>(); });
+    frame([&] { m_DoctorClass->MDID = value; });
+    frame([&] { m_DoctorClass->GetData(); });
+}
+
+// A fill without a drug (0) still gets an empty drug, whose price table and generic flag
+// the pricing then takes.
+void clsPrescription::setDrugID(qint32 value) {
+    Frame frame("clsPrescription:DrugID");
+    m_lDrugID = value;
+    frame([&] { m_DrugClass = std::make_shared<clsDrug>(); });
+    frame([&] { m_DrugClass->DrugID = value; });
+    frame([&] {
+        if (value > 0) m_DrugClass->GetData();
+    });
+    frame([&] { DrugPT = conv::ToLong(zeroText(m_DrugClass->PriceTableID)); });
+    frame([&] { Generic = m_DrugClass->Generic != 0; });
+}
+
+QString clsPrescription::RefillsLeft() {
+    QString result;
+    Frame frame("clsPrescription:RefillsLeft");
+    frame([&] {
+        const QString count = conv::Trim(conv::NumberText(m_lRefillsLeft));
+        result = m_lRefillsLeft * OriginalQty < QtyRemain ? count + QLatin1Char('+') : count;
+    });
+    return result;
+}
+
+QString clsPrescription::DS() {
+    QString result;
+    Frame frame("clsPrescription:DS");
+    frame([&] { result = m_sDS == QLatin1String("Null") ? QString() : m_sDS; });
+    return result;
+}
+
+// Claims accept the product code qualifiers 0 to 26 and 99.
+QString clsPrescription::ProductIDQualifier() {
+    QString result;
+    Frame frame("clsPrescription:ProductIDQualifier");
+    frame([&] {
+        if (!conv::IsNumeric(m_sProductIDQualifier)) return;
+        const double code = conv::ToDouble(m_sProductIDQualifier);
+        const bool accepted = (code >= 0 && code <= 26) || code == 99;
+        result = accepted ? m_sProductIDQualifier : QStringLiteral("0");
+    });
+    return result;
+}
+
+}  // namespace tvrx
