@@ -159,83 +159,17 @@ const ColumnOrder& originalOrder() {
 // The rest of the row, in the order GetData reads it: the patient before the prescriber
 // before the drug, each setter reading its record.
 const ColumnOrder& readOrder() {
-    static const ColumnOrder order = table().order({"LogID",
-                                                    "Date",
-                                                    "Qty",
-                                                    "MetricQty",
-                                                    "Price",
-                                                    "RetailPrice",
-                                                    "Copay",
-                                                    "QtyRemain",
-                                                    "DS",
-                                                    "Patient",
-                                                    "PatientID",
-                                                    "Doctor",
-                                                    "MDID",
-                                                    "PatInsID",
-                                                    "InsID",
-                                                    "SIG",
-                                                    "Compound",
-                                                    "Drug",
-                                                    "DrugID",
-                                                    "Refills",
-                                                    "Cost",
-                                                    "PriceTableID",
-                                                    "AWP",
-                                                    "PA",
-                                                    "PANumber",
-                                                    "DNDC",
-                                                    "Voided",
-                                                    "OnHold",
-                                                    "DAWField",
-                                                    "RPhID",
-                                                    "TechID",
-                                                    "Schedule",
-                                                    "Notes",
-                                                    "SigCodes",
-                                                    "OtherDenial",
-                                                    "DURConflict",
-                                                    "DURIntervention",
-                                                    "DUROutcome",
-                                                    "AuthNumber",
-                                                    "Paid",
-                                                    "ARCharge",
-                                                    "Online",
-                                                    "OnlineResult",
-                                                    "Diagnosis",
-                                                    "OtherPayor",
-                                                    "DenialDate",
-                                                    "HCPC",
-                                                    "Form",
-                                                    "ControlNumber",
-                                                    "QBTxnID",
-                                                    "Transferred",
-                                                    "PAMC",
-                                                    "DURData",
-                                                    "EligibilityCode",
-                                                    "OtherInsCode",
-                                                    "OriginCode",
-                                                    "LevelOfService",
-                                                    "GeneratedRx",
-                                                    "FormulaID",
-                                                    "Units",
-                                                    "InsData",
-                                                    "OOnlineResult",
-                                                    "OAuthNumber",
-                                                    "OInsPaid",
-                                                    "OPatInsID",
-                                                    "OInsAmount",
-                                                    "OInsCopay",
-                                                    "PInsAmount",
-                                                    "PInsCopay",
-                                                    "OtherCoverage",
-                                                    "OtherType",
-                                                    "PaidQualifier",
-                                                    "OtherDate",
-                                                    "Deleted",
-                                                    "OtherIDQualifier",
-                                                    "OtherID",
-                                                    "ProductIDQualifier"});
+    static const ColumnOrder order = table().order(QStringLiteral(
+        "LogID Date Qty MetricQty Price RetailPrice Copay QtyRemain DS Patient PatientID "
+        "Doctor MDID PatInsID InsID SIG Compound Drug DrugID Refills Cost PriceTableID "
+        "AWP PA PANumber DNDC Voided OnHold DAWField RPhID TechID Schedule Notes "
+        "SigCodes OtherDenial DURConflict DURIntervention DUROutcome AuthNumber Paid "
+        "ARCharge Online OnlineResult Diagnosis OtherPayor DenialDate HCPC Form "
+        "ControlNumber QBTxnID Transferred PAMC DURData EligibilityCode OtherInsCode "
+        "OriginCode LevelOfService GeneratedRx FormulaID Units InsData OOnlineResult "
+        "OAuthNumber OInsPaid OPatInsID OInsAmount OInsCopay PInsAmount PInsCopay "
+        "OtherCoverage OtherType PaidQualifier OtherDate Deleted OtherIDQualifier "
+        "OtherID ProductIDQualifier"));
     return order;
 }
 
@@ -244,83 +178,17 @@ const ColumnOrder& readOrder() {
 ColumnOrder updateOrder(bool original) {
     ColumnOrder order = table().order({"Number", "RefillNumber"});
     if (original) order.insert(order.end(), originalOrder().begin(), originalOrder().end());
-    const ColumnOrder rest = table().order({"LogID",
-                                            "Date",
-                                            "Qty",
-                                            "MetricQty",
-                                            "Price",
-                                            "RetailPrice",
-                                            "Copay",
-                                            "QtyRemain",
-                                            "DS",
-                                            "Patient",
-                                            "PatientID",
-                                            "Doctor",
-                                            "MDID",
-                                            "PatInsID",
-                                            "InsID",
-                                            "SIG",
-                                            "Compound",
-                                            "Drug",
-                                            "DrugID",
-                                            "Refills",
-                                            "Cost",
-                                            "PriceTableID",
-                                            "AWP",
-                                            "PA",
-                                            "PANumber",
-                                            "DNDC",
-                                            "Voided",
-                                            "OnHold",
-                                            "DAWField",
-                                            "RPhID",
-                                            "TechID",
-                                            "Schedule",
-                                            "Notes",
-                                            "SigCodes",
-                                            "OtherDenial",
-                                            "DURConflict",
-                                            "DURIntervention",
-                                            "DUROutcome",
-                                            "AuthNumber",
-                                            "Paid",
-                                            "ARCharge",
-                                            "Online",
-                                            "OnlineResult",
-                                            "Diagnosis",
-                                            "OtherPayor",
-                                            "DenialDate",
-                                            "HCPC",
-                                            "PAMC",
-                                            "QBTxnID",
-                                            "DURData",
-                                            "OtherInsCode",
-                                            "EligibilityCode",
-                                            "OriginCode",
-                                            "LevelOfService",
-                                            "Units",
-                                            "InsData",
-                                            "Form",
-                                            "GeneratedRx",
-                                            "FormulaID",
-                                            "Deleted",
-                                            "OPatInsID",
-                                            "OInsPaid",
-                                            "OInsAmount",
-                                            "OInsCopay",
-                                            "PInsAmount",
-                                            "PInsCopay",
-                                            "OtherDate",
-                                            "OOnlineResult",
-                                            "OAuthNumber",
-                                            "OtherCoverage",
-                                            "OtherType",
-                                            "PaidQualifier",
-                                            "OtherIDQualifier",
-                                            "ProductIDQualifier",
-                                            "OtherID",
-                                            "DateChanged",
-                                            "ControlNumber"});
+    const ColumnOrder rest = table().order(QStringLiteral(
+        "LogID Date Qty MetricQty Price RetailPrice Copay QtyRemain DS Patient PatientID "
+        "Doctor MDID PatInsID InsID SIG Compound Drug DrugID Refills Cost PriceTableID "
+        "AWP PA PANumber DNDC Voided OnHold DAWField RPhID TechID Schedule Notes "
+        "SigCodes OtherDenial DURConflict DURIntervention DUROutcome AuthNumber Paid "
+        "ARCharge Online OnlineResult Diagnosis OtherPayor DenialDate HCPC PAMC QBTxnID "
+        "DURData OtherInsCode EligibilityCode OriginCode LevelOfService Units InsData "
+        "Form GeneratedRx FormulaID Deleted OPatInsID OInsPaid OInsAmount OInsCopay "
+        "PInsAmount PInsCopay OtherDate OOnlineResult OAuthNumber OtherCoverage "
+        "OtherType PaidQualifier OtherIDQualifier ProductIDQualifier OtherID DateChanged "
+        "ControlNumber"));
     order.insert(order.end(), rest.begin(), rest.end());
     return order;
 }
@@ -583,7 +451,7 @@ void clsPrescription::setDrugID(qint32 value) {
     frame([&] { Generic = m_DrugClass->Generic != 0; });
 }
 
-QString clsPrescription::RefillsLeft() {
+QString clsPrescription::RefillsLeft() const {
     QString result;
     Frame frame("clsPrescription:RefillsLeft");
     frame([&] {
@@ -593,7 +461,7 @@ QString clsPrescription::RefillsLeft() {
     return result;
 }
 
-QString clsPrescription::DS() {
+QString clsPrescription::DS() const {
     QString result;
     Frame frame("clsPrescription:DS");
     frame([&] { result = m_sDS == QLatin1String("Null") ? QString() : m_sDS; });
@@ -601,7 +469,7 @@ QString clsPrescription::DS() {
 }
 
 // Claims accept the product code qualifiers 0 to 26 and 99.
-QString clsPrescription::ProductIDQualifier() {
+QString clsPrescription::ProductIDQualifier() const {
     QString result;
     Frame frame("clsPrescription:ProductIDQualifier");
     frame([&] {

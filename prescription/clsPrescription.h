@@ -66,13 +66,13 @@ public:
 
     // The refills left as of this fill, with "+" when more quantity remains than the
     // whole refills show.
-    QString RefillsLeft();
+    QString RefillsLeft() const;
     // The days supply; the text "Null" that old rows hold reads as empty.
-    QString DS();
+    QString DS() const;
     void setDS(const QString& value) { m_sDS = value; }
     // The product code qualifier if it is one a claim accepts (0 to 26 or 99), "0" for
     // another number, empty for a text that is no number.
-    QString ProductIDQualifier();
+    QString ProductIDQualifier() const;
     void setProductIDQualifier(const QString& value) { m_sProductIDQualifier = value; }
 
     bool Updated() const { return m_bUpdated; }

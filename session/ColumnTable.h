@@ -327,6 +327,14 @@ public:
         return result;
     }
 
+    // The columns named in a text, separated by blanks, in the order given.
+    ColumnOrder order(const QString& names) const {
+        ColumnOrder result;
+        for (const QString& name : names.split(QLatin1Char(' '), Qt::SkipEmptyParts))
+            result.push_back(columns::positionOf(specs_, table_, name));
+        return result;
+    }
+
     // Statement column names of an order.
     QStringList names(const ColumnOrder& order) const {
         QStringList result;

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <type_traits>
 #include <vector>
 
 namespace tvrx::test {
@@ -59,11 +60,11 @@ inline std::string shown(const QVariant& value) {
 
 // Runs every case's setter on `written`, calls update, checks each column of the row
 // `table.keyColumn = key`, then checks what `read` (loaded by the caller's reload) holds.
-template <class Record>
+// reload gives the record, or a pointer to it for a record that cannot be copied.
+template <class Record, class Reload>
 void expectWriteThenRead(DbConnection& db, const QString& table, const QString& keyColumn,
                          const QVariant& key, const std::vector<PropertyCase<Record>>& cases,
-                         const std::function<void(Record&)>& update,
-                         const std::function<Record()>& reload) {
+                         const std::function<void(Record&)>& update, Reload reload) {
     Record written;
     for (const auto& c : cases)
         if (c.write) c.write(written);
@@ -71,7 +72,13 @@ void expectWriteThenRead(DbConnection& db, const QString& table, const QString& 
     RecordSet row = db.OpenRecordSet(
         QStringLiteral("SELECT * FROM %1 WHERE %2 = ?").arg(table, keyColumn), {key});
     ASSERT_FALSE(row.Eof()) << "no row " << key.toString().toStdString();
-    const Record read = reload();
+    const auto reloaded = reload();
+    const Record& read = [&]() -> const Record& {
+        if constexpr (std::is_same_v<std::decay_t<decltype(reloaded)>, Record>)
+            return reloaded;
+        else
+            return *reloaded;
+    }();
     for (const auto& c : cases) {
         const QVariant stored = c.column.isEmpty() ? QVariant() : row.Fields(c.column);
         if (!c.column.isEmpty()) {
