@@ -111,12 +111,9 @@ std::optional<ShowOptions> parseOptions(QStringList args, QString& problem) {
         problem = QStringLiteral("unknown kind '%1'").arg(args[0]);
         return std::nullopt;
     }
-    bool isNumber = false;
-    options.key = args[1].toInt(&isNumber);
-    if (!isNumber) {
-        problem = QStringLiteral("the key '%1' is not a whole number").arg(args[1]);
-        return std::nullopt;
-    }
+    const std::optional<qint32> key = RecordSession::keyOption(args[1], problem);
+    if (!key) return std::nullopt;
+    options.key = *key;
     return options;
 }
 
