@@ -262,6 +262,7 @@ void ConnectionLink::raise(const QSqlError& error) {
 QSqlQuery ConnectionLink::run(const QString& sql, const QVariantList& params) {
     requireUsable();
     takeInjectedFailure();
+    ++statementsRun_;
     QSqlQuery query(QSqlDatabase::database(name_, false));
     // PostgreSQL results are fetched whole (no single-row mode), SQLite's row by row.
     query.setForwardOnly(backend() == Backend::SQLite);

@@ -42,6 +42,7 @@ public:
                             const QVariantList& params);
 
     void failNextStatement(long number) { injected_ = number; }
+    qint64 statementsRun() const { return statementsRun_; }
 
 private:
     QSqlQuery run(const QString& sql, const QVariantList& params);
@@ -61,6 +62,7 @@ private:
     // Closed by a lost link rather than by Close(): statements keep failing as lost.
     bool lost_ = false;
     std::optional<long> injected_;
+    qint64 statementsRun_ = 0;
 };
 
 }  // namespace tvrx

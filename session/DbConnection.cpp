@@ -81,6 +81,10 @@ RecordSet DbConnection::OpenUpdatable(const QString& table, const QString& colum
     return link_->openUpdatable(link_, table, columns, condition, params);
 }
 
+qint64 DbConnection::statementsRun() const {
+    return link_->statementsRun();
+}
+
 void DbConnection::failNextStatement(long number) {
     link_->failNextStatement(number);
 }

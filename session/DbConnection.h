@@ -66,6 +66,11 @@ public:
     RecordSet OpenUpdatable(const QString& table, const QString& columns = QStringLiteral("*"),
                             const QString& condition = {}, const QVariantList& params = {});
 
+    // How many statements this object has sent to the database since it was made, the
+    // ones Open sends to set up the session included; a statement refused before it was
+    // sent (closed connection, test hook) is not counted. For measuring, not for logic.
+    qint64 statementsRun() const;
+
     // Test hook: the next statement on this connection fails with this number instead of
     // running. A lost link also closes the connection, as a real one does.
     void failNextStatement(long number);

@@ -31,6 +31,7 @@ int usageError(const Command& command, const QString& problem);
 Command encodeCommand();
 Command exchangeCommand();
 Command initCommand();
+Command logCommand();
 Command planCommand();
 Command showCommand();
 Command decodeCommand();

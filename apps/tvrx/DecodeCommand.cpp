@@ -1,20 +1,16 @@
 #include "Command.h"
+#include "ResponseOutput.h"
 
 #include "responses/ResponseJson.h"
 #include "responses/ResponseLayout.h"
 #include "responses/clsClaimResponse.h"
 #include "session/ClaimNotation.h"
-#include "session/Conversions.h"
 #include "session/Encodings.h"
-#include "session/RecordingErrorReporter.h"
-#include "session/ScriptedUserInteraction.h"
 #include "session/Session.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 
 #include <cstdio>
-#include <memory>
 #include <optional>
 
 namespace tvrx::cli {
@@ -113,74 +109,6 @@ std::optional<QString> responseText(const Options& options, QString& problem) {
     return text;
 }
 
-void line(const QString& label, const QString& value) {
-    std::printf("%-14s %s\n", qPrintable(label + u':'), toNotation(value).toUtf8().constData());
-}
-
-QString yesNo(bool value) {
-    return value ? QStringLiteral("True") : QStringLiteral("False");
-}
-
-void printAmounts(const clsClaimResponse& r) {
-    const std::pair<const char*, double> amounts[] = {
-        {"Total", r.Total()},
-        {"TotalPaid", r.TotalPaid()},
-        {"Copay", r.Copay()},
-        {"Cost", r.Cost()},
-        {"Fee", r.Fee()},
-        {"SalesTax", r.SalesTax()},
-        {"Coinsurance", r.Coinsurance()},
-        {"IncentiveFee", r.IncentiveFee()},
-        {"PercetSalesTaxSub", r.PercetSalesTaxSub()},
-    };
-    QStringList parts;
-    for (const auto& [name, value] : amounts) {
-        parts << QStringLiteral("%1 %2").arg(QLatin1String(name), conv::NumberText(value));
-    }
-    line(QStringLiteral("amounts"), parts.join(QStringLiteral(", ")));
-}
-
-void printFindings(const colDUR& findings) {
-    std::printf("DUR records:   %d\n", findings.Count());
-    int number = 0;
-    for (const auto& f : findings) {
-        const QStringList phrases{f->Number,      f->Severity, f->LastFillDate, f->LastFillLocation,
-                                  f->LastFillQty, f->DB,       f->Prescriber,   f->Message};
-        std::printf("  %d. %s\n", ++number,
-                    toNotation(phrases.join(QStringLiteral(" | "))).toUtf8().constData());
-    }
-}
-
-void printText(const clsClaimResponse& r, bool result, const ScriptedUserInteraction& user,
-               const RecordingErrorReporter& reporter) {
-    line(QStringLiteral("result"), yesNo(result));
-    line(QStringLiteral("status"), r.PaidStatus());
-    line(QStringLiteral("PAID"),
-         QStringLiteral("%1 (SaveClaim %2, Reversal %3, HeaderRejected %4)")
-             .arg(r.PAID())
-             .arg(yesNo(r.SaveClaim()), yesNo(r.Reversal), yesNo(r.HeaderRejected)));
-    printAmounts(r);
-    line(QStringLiteral("reference"), r.Reference());
-    line(QStringLiteral("message"), r.Message());
-    line(QStringLiteral("message two"), r.MessageTwo());
-    line(QStringLiteral("DUR extra"), r.DURExtra());
-    line(QStringLiteral("plan"), r.PlanID());
-    std::printf("rejects:       %d\n", r.colReject()->Count());
-    for (const auto& reject : *r.colReject()) {
-        std::printf("  %s  %s\n", toNotation(reject->code).toUtf8().constData(),
-                    toNotation(reject->Description).toUtf8().constData());
-    }
-    printFindings(*r.colDUR());
-    for (const auto& box : user.callsOf(ScriptedUserInteraction::Kind::MsgBox)) {
-        line(QStringLiteral("box"),
-             QStringLiteral("[%1] %2: %3").arg(box.args.value(2), box.title(), box.text()));
-    }
-    for (const auto& report : reporter.reports()) {
-        line(QStringLiteral("report"),
-             QStringLiteral("%1 %2 %3").arg(report.location, report.number, report.description));
-    }
-}
-
 int run(const QStringList& args) {
     QString problem;
     const std::optional<Options> options = parse(args, problem);
@@ -188,28 +116,20 @@ int run(const QStringList& args) {
     const std::optional<QString> text = responseText(*options, problem);
     if (!problem.isEmpty()) return failed(problem);
 
-    auto user = std::make_shared<ScriptedUserInteraction>();
-    user->setPermissive(true);
-    auto reporter = std::make_shared<RecordingErrorReporter>();
-    mdlMain::UserService = user;
-    mdlMain::ErrorReporter = reporter;
-
     clsClaimResponse response;
     response.Claim = *text;
-    const bool result = response.BuildResponse();
+    const DecodedResponse decoded = decodeResponse(response);
 
     if (options->json) {
-        QJsonObject json = responseJson(response);
-        json.insert(QStringLiteral("claim"), toNotation(*text));
-        json.insert(QStringLiteral("result"), result);
-        json.insert(QStringLiteral("boxes"), boxesJson(user->calls()));
-        json.insert(QStringLiteral("reports"), reportsJson(reporter->reports()));
-        std::fputs(QJsonDocument(json).toJson(QJsonDocument::Indented).constData(), stdout);
+        std::fputs(QJsonDocument(decodedJson(response, decoded))
+                       .toJson(QJsonDocument::Indented)
+                       .constData(),
+                   stdout);
     } else {
-        printText(response, result, *user, *reporter);
+        for (const QString& line : responseLines(response, decoded))
+            std::printf("%s\n", line.toUtf8().constData());
     }
-    mdlMain::resetSession();
-    return result ? kExitOk : kExitFailed;
+    return decoded.result ? kExitOk : kExitFailed;
 }
 
 }  // namespace

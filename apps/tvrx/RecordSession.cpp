@@ -47,6 +47,14 @@ std::optional<QString> RecordSession::databaseOption(QStringList& args, QString&
     return database;
 }
 
+std::optional<qint32> RecordSession::keyOption(const QString& text, QString& problem) {
+    bool isNumber = false;
+    const qint32 key = text.toInt(&isNumber);
+    if (isNumber) return key;
+    problem = QStringLiteral("the key '%1' is not a whole number").arg(text);
+    return std::nullopt;
+}
+
 RecordSession::RecordSession(QString commandName)
     : commandName_(std::move(commandName)), reporter_(std::make_shared<RecordingErrorReporter>()) {
     mdlMain::ErrorReporter = reporter_;

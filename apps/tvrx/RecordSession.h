@@ -23,6 +23,10 @@ public:
     // environment variable TVRX_DB; with neither, problem says so.
     static std::optional<QString> databaseOption(QStringList& args, QString& problem);
 
+    // A record's key as typed on the command line; when it is no whole number, nothing,
+    // and problem says so.
+    static std::optional<qint32> keyOption(const QString& text, QString& problem);
+
     explicit RecordSession(QString commandName);
     ~RecordSession();
 

@@ -17,8 +17,8 @@ namespace {
 // Every kind of record "tvrx show" prints, in the order the usage lists them.
 const std::vector<ShowKind>& showKinds() {
     static const std::vector<ShowKind> kinds{
-        showPatientKind(), showPrescriberKind(), showDrugKind(),
-        showPlanKind(),    showCoverageKind(),   showFacilityKind(),
+        showPatientKind(),  showPrescriberKind(), showDrugKind(),         showPlanKind(),
+        showCoverageKind(), showFacilityKind(),   showPrescriptionKind(),
     };
     return kinds;
 }
@@ -39,13 +39,16 @@ QString usageText() {
     return text;
 }
 
+QString jsonText(const QJsonValue& value) {
+    const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(array.mid(1, array.size() - 2));
+}
+
 QString jsonValue(const QVariant& value) {
     const QVariant plain = value.typeId() == QMetaType::QDateTime
                                ? QVariant(Dialect::dateTimeText(value.toDateTime()))
                                : value;
-    const QByteArray array =
-        QJsonDocument(QJsonArray{QJsonValue::fromVariant(plain)}).toJson(QJsonDocument::Compact);
-    return QString::fromUtf8(array.mid(1, array.size() - 2));
+    return jsonText(QJsonValue::fromVariant(plain));
 }
 
 void printText(const ShownRecord& record) {
@@ -55,11 +58,35 @@ void printText(const ShownRecord& record) {
     }
 }
 
-void printJson(const ShownRecord& record) {
+void printText(const Shown& shown) {
+    printText(shown.record);
+    for (const ShownSection& section : shown.sections) {
+        std::printf("\n[%s]\n", qPrintable(section.name));
+        printText(section.values);
+        for (const QString& line : section.lines) std::printf("%s\n", line.toUtf8().constData());
+    }
+}
+
+QStringList jsonMembers(const ShownRecord& record) {
     QStringList members;
     for (const auto& [name, value] : record)
         members.append(jsonValue(name) + QStringLiteral(": ") + jsonValue(value));
-    std::printf("{%s}\n", qPrintable(members.join(QStringLiteral(", "))));
+    return members;
+}
+
+QString jsonObject(const QStringList& members) {
+    return QStringLiteral("{%1}").arg(members.join(QStringLiteral(", ")));
+}
+
+// The record's members in its order, then one member per section.
+void printJson(const Shown& shown) {
+    QStringList members = jsonMembers(shown.record);
+    for (const ShownSection& section : shown.sections) {
+        const QString value = section.values.isEmpty() ? jsonText(section.json)
+                                                       : jsonObject(jsonMembers(section.values));
+        members.append(jsonValue(section.name) + QStringLiteral(": ") + value);
+    }
+    std::printf("%s\n", qPrintable(jsonObject(members)));
 }
 
 struct ShowOptions {
@@ -84,12 +111,9 @@ std::optional<ShowOptions> parseOptions(QStringList args, QString& problem) {
         problem = QStringLiteral("unknown kind '%1'").arg(args[0]);
         return std::nullopt;
     }
-    bool isNumber = false;
-    options.key = args[1].toInt(&isNumber);
-    if (!isNumber) {
-        problem = QStringLiteral("the key '%1' is not a whole number").arg(args[1]);
-        return std::nullopt;
-    }
+    const std::optional<qint32> key = RecordSession::keyOption(args[1], problem);
+    if (!key) return std::nullopt;
+    options.key = *key;
     return options;
 }
 
@@ -97,7 +121,7 @@ int runShow(const ShowOptions& options) {
     RecordSession session(QStringLiteral("show"));
     const auto connection = session.open(options.database);
     if (!connection) return kExitFailed;
-    const std::optional<ShownRecord> record = options.kind->load(connection, options.key);
+    const std::optional<Shown> record = options.kind->load(connection, options.key);
     session.printReports();
     if (!record) {
         std::fprintf(stderr, "tvrx show: no %s with %s %d\n", qPrintable(options.kind->name),

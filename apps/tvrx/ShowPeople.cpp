@@ -10,10 +10,6 @@
 
 namespace tvrx::cli {
 
-namespace {
-
-// Whether the table has a row with this key. The records themselves leave an object as
-// it was when the row is missing, so the command asks first.
 bool rowExists(DbConnection& connection, const QString& table, const QString& keyColumn,
                const QVariant& key, const char* label) {
     bool exists = false;
@@ -29,14 +25,7 @@ bool rowExists(DbConnection& connection, const QString& table, const QString& ke
     return exists;
 }
 
-// The columns GetData reads, by column name, in the order of the description.
-template <class Record>
-void appendReadColumns(ShownRecord& shown, const ColumnTable<Record>& table, const Record& record) {
-    for (const auto& column : table.columns()) {
-        if (column.read.kind != ReadForm::Kind::NotRead)
-            shown.append({column.name, column.property.get(record)});
-    }
-}
+namespace {
 
 template <class Record>
 std::optional<ShownRecord> loaded(std::shared_ptr<DbConnection> connection,

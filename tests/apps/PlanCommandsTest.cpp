@@ -5,7 +5,6 @@ namespace tvrx {
 namespace {
 
 using test::programBuilt;
-using test::ProgramRun;
 using test::runTvrx;
 
 // "tvrx show plan|coverage" and "tvrx plan add" over the sample pharmacy. The lookups of the
@@ -17,12 +16,7 @@ TEST_P(PlanCommandsTest, ShowsAndAddsPlans) {
     const QString url = connectionString();
     ASSERT_EQ(runTvrx({"init", "--db", url, "--sample"}).exitCode, 0);
 
-    const struct {
-        QStringList args;
-        int exitCode;
-        QString out;  // a line the output holds
-        QString err;
-    } runs[] = {
+    const test::ExpectedRun runs[] = {
         {{"show", "plan", "1", "--db", url}, 0, "BIN:                           004410\n", ""},
         {{"show", "coverage", "4", "--db=" + url, "--json"},
          0,
@@ -45,15 +39,7 @@ TEST_P(PlanCommandsTest, ShowsAndAddsPlans) {
          "",
          "--bin and --pcn go together"},
     };
-    for (const auto& run : runs) {
-        const ProgramRun result = runTvrx(run.args);
-        const std::string what = run.args.join(QLatin1Char(' ')).toStdString();
-        EXPECT_EQ(result.exitCode, run.exitCode) << what << "\n" << result.err.toStdString();
-        EXPECT_TRUE(result.out.contains(run.out)) << what << "\n" << result.out.toStdString();
-        EXPECT_TRUE(run.err.isEmpty() ? result.err.isEmpty() : result.err.contains(run.err))
-            << what << "\n"
-            << result.err.toStdString();
-    }
+    test::expectRuns(runs);
     EXPECT_EQ(runTvrx({"show", "plan", "2"}, url).exitCode, 0) << "the database from TVRX_DB";
 }
 

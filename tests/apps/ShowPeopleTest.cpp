@@ -5,7 +5,6 @@ namespace tvrx {
 namespace {
 
 using test::programBuilt;
-using test::ProgramRun;
 using test::runTvrx;
 
 // "tvrx show patient|prescriber|drug|facility" over the sample pharmacy.
@@ -16,12 +15,7 @@ TEST_P(ShowPeopleTest, ShowsTheRecordsAsTheyRead) {
     const QString url = connectionString();
     ASSERT_EQ(runTvrx({"init", "--db", url, "--sample"}).exitCode, 0);
 
-    const struct {
-        QStringList args;
-        int exitCode;
-        QString out;  // a line the output holds
-        QString err;
-    } runs[] = {
+    const test::ExpectedRun runs[] = {
         // The sample patient has no facility: its null FacilityID is a reported fault.
         {{"show", "patient", "1", "--db", url},
          0,
@@ -45,15 +39,7 @@ TEST_P(ShowPeopleTest, ShowsTheRecordsAsTheyRead) {
          "tvrx show: no patient with PatientID 99\n"},
         {{"show", "facility", "40000", "--db", url}, 1, "", "error 6: Overflow"},
     };
-    for (const auto& run : runs) {
-        const ProgramRun result = runTvrx(run.args);
-        const std::string what = run.args.join(QLatin1Char(' ')).toStdString();
-        EXPECT_EQ(result.exitCode, run.exitCode) << what << "\n" << result.err.toStdString();
-        EXPECT_TRUE(result.out.contains(run.out)) << what << "\n" << result.out.toStdString();
-        EXPECT_TRUE(run.err.isEmpty() ? result.err.isEmpty() : result.err.contains(run.err))
-            << what << "\n"
-            << result.err.toStdString();
-    }
+    test::expectRuns(runs);
 }
 
 TVRX_BACKENDS(ShowPeopleTest);

@@ -4,6 +4,8 @@
 
 #include <QTimeZone>
 
+#include <functional>
+
 namespace tvrx {
 namespace {
 
@@ -211,6 +213,44 @@ TEST_P(DbConnectionTest, TwoConnectionsToOneDatabase) {
                 {QStringLiteral("Ng")});
     EXPECT_EQ(other->Scalar(QStringLiteral("SELECT LastName FROM Patient")).toString(), "Ng");
     EXPECT_NE(other->name(), db->name());
+}
+
+// The counter counts what reaches the database, whichever primitive or record set sends
+// it: a statement the database refuses counts, one the hook refuses before sending does not.
+TEST_P(DbConnectionTest, CountsTheStatementsItSends) {
+    const struct {
+        const char* what;
+        std::function<void()> step;
+        qint64 sent;
+    } cases[] = {
+        {"Execute", [&] { db->Execute(QStringLiteral("DELETE FROM Patient")); }, 1},
+        {"Scalar", [&] { db->Scalar(QStringLiteral("SELECT COUNT(*) FROM Patient")); }, 1},
+        {"OpenRecordSet", [&] { db->OpenRecordSet(QStringLiteral("SELECT * FROM Patient")); }, 1},
+        {"AddNew and Update on an updatable set",
+         [&] {
+             RecordSet rs = db->OpenUpdatable(QStringLiteral("Patient"));
+             rs.AddNew();
+             rs.setField(QStringLiteral("LastName"), QStringLiteral("Ng"));
+             rs.Update();
+             rs.setField(QStringLiteral("Flag"), 2);
+             rs.Update();
+             rs.Delete();
+         },
+         4},
+        {"a statement the database refuses",
+         [&] { caught([&] { db->Execute(QStringLiteral("DELETE FROM NoSuchTable")); }); }, 1},
+        {"the test hook",
+         [&] {
+             db->failNextStatement(err::TimedOut);
+             caught([&] { db->Execute(QStringLiteral("DELETE FROM Patient")); });
+         },
+         0},
+    };
+    for (const auto& c : cases) {
+        const qint64 before = db->statementsRun();
+        c.step();
+        EXPECT_EQ(db->statementsRun() - before, c.sent) << c.what;
+    }
 }
 
 TVRX_BACKENDS(DbConnectionTest);

@@ -6,6 +6,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <gtest/gtest.h>
+
+#include <span>
+
 namespace tvrx::test {
 
 // The command-line host as the build made it, run as a user would run it.
@@ -34,6 +38,27 @@ inline ProgramRun runTvrx(const QStringList& args, const QString& database = {})
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
             QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
+}
+
+// One run of tvrx and what it must give: its exit code, a piece of its output, and a
+// piece of its error output (no error output at all when err is empty).
+struct ExpectedRun {
+    QStringList args;
+    int exitCode;
+    QString out;
+    QString err;
+};
+
+inline void expectRuns(std::span<const ExpectedRun> runs) {
+    for (const auto& run : runs) {
+        const ProgramRun result = runTvrx(run.args);
+        const std::string what = run.args.join(QLatin1Char(' ')).toStdString();
+        EXPECT_EQ(result.exitCode, run.exitCode) << what << "\n" << result.err.toStdString();
+        EXPECT_TRUE(result.out.contains(run.out)) << what << "\n" << result.out.toStdString();
+        EXPECT_TRUE(run.err.isEmpty() ? result.err.isEmpty() : result.err.contains(run.err))
+            << what << "\n"
+            << result.err.toStdString();
+    }
 }
 
 }  // namespace tvrx::test
