@@ -23,6 +23,16 @@ namespace tvrx {
 
 namespace {
 
+// More distinct statements than a session runs again and again: past this the prepared
+// ones are let go and prepared anew as they come.
+constexpr qsizetype kPreparedStatements = 256;
+
+// A statement without values that is not a query may change the schema, which plans
+// prepared before it would not survive on PostgreSQL.
+bool startsWithWord(const QString& sql, QStringView word) {
+    return QStringView(sql).trimmed().startsWith(word, Qt::CaseInsensitive);
+}
+
 QAtomicInteger<quint64> nextConnectionNumber;
 
 // SQLite primary result codes the layer distinguishes.
@@ -197,22 +207,24 @@ void ConnectionLink::afterOpen() {
     if (backend() == Backend::SQLite) {
         // Write-ahead logging lets a second connection (the catalogue's, another
         // workstation's) read while one writes.
-        if (!readOnly) run(QStringLiteral("PRAGMA journal_mode=WAL"), {});
+        if (!readOnly) execute(QStringLiteral("PRAGMA journal_mode=WAL"), {});
         return;
     }
     // Date-times are the pharmacy's wall-clock time: the server's local time must be
     // the machine's.
     const QString zone = QString::fromUtf8(QTimeZone::systemTimeZoneId());
-    run(QStringLiteral("SELECT set_config('TimeZone', ?, false)"), {zone});
-    run(QStringLiteral("SELECT set_config('statement_timeout', ?, false)"),
-        {QString::number(commandTimeout * 1000)});
+    execute(QStringLiteral("SELECT set_config('TimeZone', ?, false)"), {zone});
+    execute(QStringLiteral("SELECT set_config('statement_timeout', ?, false)"),
+            {QString::number(commandTimeout * 1000)});
     // The server's notices ("drop cascades to ...") are of no use to the pharmacy.
-    run(QStringLiteral("SELECT set_config('client_min_messages', 'warning', false)"), {});
+    execute(QStringLiteral("SELECT set_config('client_min_messages', 'warning', false)"), {});
 }
 
 void ConnectionLink::close() {
     if (!open_) return;
     open_ = false;
+    prepared_.clear();
+    oneOff_ = QSqlQuery();
     QSqlDatabase::database(name_, false).close();
 }
 
@@ -259,27 +271,48 @@ void ConnectionLink::raise(const QSqlError& error) {
     fail(number, description, dialect_.name());
 }
 
-QSqlQuery ConnectionLink::run(const QString& sql, const QVariantList& params) {
+QSqlQuery& ConnectionLink::run(const QString& sql, const QVariantList& params) {
     requireUsable();
     takeInjectedFailure();
     ++statementsRun_;
+    if (params.isEmpty()) {
+        if (!startsWithWord(sql, u"SELECT")) prepared_.clear();
+        oneOff_ = newQuery();
+        if (!oneOff_.exec(sql)) raise(oneOff_.lastError());
+        return oneOff_;
+    }
+    QSqlQuery& query = preparedQuery(sql);
+    for (int i = 0; i < params.size(); ++i) query.bindValue(i, Dialect::bindable(params.at(i)));
+    if (!query.exec()) {
+        const QSqlError error = query.lastError();
+        prepared_.remove(sql);
+        raise(error);
+    }
+    return query;
+}
+
+QSqlQuery ConnectionLink::newQuery() const {
     QSqlQuery query(QSqlDatabase::database(name_, false));
     // PostgreSQL results are fetched whole (no single-row mode), SQLite's row by row.
     query.setForwardOnly(backend() == Backend::SQLite);
     query.setNumericalPrecisionPolicy(QSql::LowPrecisionDouble);
-    if (params.isEmpty()) {
-        if (!query.exec(sql)) raise(query.lastError());
-        return query;
-    }
-    if (!query.prepare(sql)) raise(query.lastError());
-    for (const QVariant& param : params) query.addBindValue(Dialect::bindable(param));
-    if (!query.exec()) raise(query.lastError());
     return query;
 }
 
+QSqlQuery& ConnectionLink::preparedQuery(const QString& sql) {
+    auto found = prepared_.find(sql);
+    if (found != prepared_.end()) return *found;
+    if (prepared_.size() >= kPreparedStatements) prepared_.clear();
+    QSqlQuery query = newQuery();
+    if (!query.prepare(sql)) raise(query.lastError());
+    return *prepared_.insert(sql, std::move(query));
+}
+
 qint64 ConnectionLink::execute(const QString& sql, const QVariantList& params) {
-    QSqlQuery query = run(sql, params);
-    return query.numRowsAffected();
+    QSqlQuery& query = run(sql, params);
+    const qint64 changed = query.numRowsAffected();
+    query.finish();
+    return changed;
 }
 
 void ConnectionLink::readRows(QSqlQuery& query, RecordSet& result) {
@@ -304,9 +337,11 @@ void ConnectionLink::readRows(QSqlQuery& query, RecordSet& result) {
 }
 
 RecordSet ConnectionLink::openRecordSet(const QString& sql, const QVariantList& params) {
-    QSqlQuery query = run(sql, params);
+    QSqlQuery& query = run(sql, params);
     RecordSet result;
     readRows(query, result);
+    // A statement left unfinished would hold SQLite's read lock until it ran again.
+    query.finish();
     return result;
 }
 

@@ -3,6 +3,7 @@
 #include "session/Dialect.h"
 #include "session/RecordSet.h"
 
+#include <QHash>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
@@ -45,7 +46,9 @@ public:
     qint64 statementsRun() const { return statementsRun_; }
 
 private:
-    QSqlQuery run(const QString& sql, const QVariantList& params);
+    QSqlQuery& run(const QString& sql, const QVariantList& params);
+    QSqlQuery newQuery() const;
+    QSqlQuery& preparedQuery(const QString& sql);
     void requireUsable();
     void takeInjectedFailure();
     [[noreturn]] void raise(const QSqlError& error);
@@ -63,6 +66,11 @@ private:
     bool lost_ = false;
     std::optional<long> injected_;
     qint64 statementsRun_ = 0;
+    // Statements with values, prepared once per connection and run again with new values:
+    // a fill's read and save run the same dozen statements every time.
+    QHash<QString, QSqlQuery> prepared_;
+    // The latest statement without values, kept until the next one.
+    QSqlQuery oneOff_;
 };
 
 }  // namespace tvrx

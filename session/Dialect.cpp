@@ -1,6 +1,5 @@
 #include "session/Dialect.h"
 
-#include <QRegularExpression>
 
 #include <array>
 
@@ -89,13 +88,26 @@ QString Dialect::dateTimeText(const QDateTime& value) {
 }
 
 QDateTime Dialect::dateTimeFromText(const QString& text) {
-    static const QRegularExpression stored(
-        QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d$"));
-    if (!stored.match(text).hasMatch()) return {};
+    // "yyyy-MM-dd HH:mm:ss", read by hand: SQLite hands every date of every row over as
+    // text, and a fill reads a dozen of them.
+    static constexpr char16_t kPattern[] = u"0000-00-00 00:00:00";
+    constexpr qsizetype kLength = 19;
+    if (text.size() != kLength) return {};
+    for (qsizetype i = 0; i < kLength; ++i) {
+        const char16_t c = text.at(i).unicode();
+        const bool digitWanted = kPattern[i] == u'0';
+        if (digitWanted ? (c < u'0' || c > u'9') : c != kPattern[i]) return {};
+    }
+    const auto number = [&text](qsizetype from, qsizetype length) {
+        int value = 0;
+        for (qsizetype i = from; i < from + length; ++i)
+            value = value * 10 + (text.at(i).unicode() - u'0');
+        return value;
+    };
     // Built from its parts like every other local date-time, so that an hour the clocks
     // pass twice reads back as the same QDateTime the code made.
-    return QDateTime(QDate::fromString(text.left(10), QStringLiteral("yyyy-MM-dd")),
-                     QTime::fromString(text.mid(11), QStringLiteral("HH:mm:ss")));
+    return QDateTime(QDate(number(0, 4), number(5, 2), number(8, 2)),
+                     QTime(number(11, 2), number(14, 2), number(17, 2)));
 }
 
 QString Dialect::catalogName(const QString& identifier) const {

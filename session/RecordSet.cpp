@@ -157,10 +157,14 @@ void RecordSet::Find(const QString& criterion) {
 }
 
 int RecordSet::indexOf(const QString& name) const {
-    for (int i = 0; i < visibleCount(); ++i) {
-        if (names_.at(i).compare(name, Qt::CaseInsensitive) == 0) return i;
+    if (positions_.isEmpty()) {
+        // Backwards, so that of two fields with one name the first is found.
+        for (int i = visibleCount() - 1; i >= 0; --i)
+            positions_.insert(names_.at(i).toCaseFolded(), i);
     }
-    fail(err::ItemNotFound);
+    const auto found = positions_.constFind(name.toCaseFolded());
+    if (found == positions_.cend()) fail(err::ItemNotFound);
+    return *found;
 }
 
 QVariant RecordSet::Fields(const QString& name) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -87,6 +88,9 @@ private:
     // Visible fields first; an updatable result may carry its table's key behind them.
     QStringList names_;
     QStringList allNames_;
+    // The visible fields' positions by case-folded name, made at the first lookup by name:
+    // a record reads some eighty fields of one row by name.
+    mutable QHash<QString, int> positions_;
     std::vector<Row> rows_;
     // Rows removed with Delete, counted so that RecordCount and Eof stay constant-time.
     qint32 deletedRows_ = 0;

@@ -253,6 +253,33 @@ TEST_P(DbConnectionTest, CountsTheStatementsItSends) {
     }
 }
 
+// Statements with values are prepared once and run again: a schema change in between, a
+// second connection writing between two runs and a run the database refuses must all
+// leave the next run correct.
+TEST_P(DbConnectionTest, StatementsRunAgainAfterChangesAroundThem) {
+    const QString insert = QStringLiteral("INSERT INTO Patient (LastName, Flag) VALUES (?, ?)");
+    const QString select = QStringLiteral("SELECT * FROM Patient WHERE Flag = ?");
+    db->Execute(insert, {QStringLiteral("Ng"), 1});
+    EXPECT_EQ(db->OpenRecordSet(select, {1}).FieldCount(), 5);
+
+    db->Execute(db->dialect().ddl(QStringLiteral("ALTER TABLE Patient ADD COLUMN Room @TEXT@")));
+    EXPECT_EQ(db->OpenRecordSet(select, {1}).FieldCount(), 6);
+
+    auto other = connect();
+    other->Execute(insert, {QStringLiteral("Okafor"), 1});
+    EXPECT_EQ(db->OpenRecordSet(select, {1}).RecordCount(), 2);
+    EXPECT_EQ(other->Execute(QStringLiteral("UPDATE Patient SET Flag = ? WHERE Flag = ?"), {2, 1}),
+              2);
+
+    EXPECT_EQ(caught([&] {
+                  db->Execute(insert, {QStringLiteral("Ng"), QStringLiteral("x")});
+              }).number == 0,
+              backend() == Backend::SQLite);
+    db->Execute(insert, {QStringLiteral("Lindqvist"), 1});
+    EXPECT_EQ(db->OpenRecordSet(select, {1}).Fields(QStringLiteral("LastName")).toString(),
+              "Lindqvist");
+}
+
 TVRX_BACKENDS(DbConnectionTest);
 
 }  // namespace
