@@ -16,10 +16,14 @@ TEST_P(ShowPeopleTest, ShowsTheRecordsAsTheyRead) {
     ASSERT_EQ(runTvrx({"init", "--db", url, "--sample"}).exitCode, 0);
 
     const test::ExpectedRun runs[] = {
-        // The sample patient has no facility: its null FacilityID is a reported fault.
         {{"show", "patient", "1", "--db", url},
          0,
          "Telephone:                     (254) 555-0201\n",
+         ""},
+        // Patient 12 was entered without a facility: its null FacilityID is a reported fault.
+        {{"show", "patient", "12", "--db", url},
+         0,
+         "LastName:                      Whitaker\n",
          "clsPatient:GetData: error 13: Type mismatch"},
         {{"show", "prescriber", "1", "--db", url, "--json"},
          0,
