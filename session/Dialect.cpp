@@ -1,6 +1,5 @@
 #include "session/Dialect.h"
 
-
 #include <array>
 
 namespace tvrx {
