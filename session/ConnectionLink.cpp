@@ -305,7 +305,7 @@ QSqlQuery& ConnectionLink::preparedQuery(const QString& sql) {
     if (prepared_.size() >= kPreparedStatements) prepared_.clear();
     QSqlQuery query = newQuery();
     if (!query.prepare(sql)) raise(query.lastError());
-    return *prepared_.insert(sql, std::move(query));
+    return *prepared_.emplace(sql, std::move(query));
 }
 
 qint64 ConnectionLink::execute(const QString& sql, const QVariantList& params) {

@@ -182,7 +182,7 @@ QVariant RecordSet::Fields(int index) const {
 }
 
 QVariant RecordSet::asBoolean(const QString& name) const {
-    const QVariant value = Fields(name);
+    QVariant value = Fields(name);
     if (!value.isValid()) return value;
     return isNonZero(value) ? -1 : 0;
 }
