@@ -14,6 +14,7 @@ namespace {
 struct KeptRows {
     std::weak_ptr<DbConnection> connection;
     QString connectionString;
+    qint64 openings = 0;
     std::shared_ptr<const RejectTable> table;
 };
 
@@ -28,7 +29,8 @@ QString comparedForm(QStringView code) {
 
 bool keptRowsServe(const std::shared_ptr<DbConnection>& connection) {
     return kept.table && kept.connection.lock() == connection && connection->State() == 1 &&
-           kept.connectionString == connection->ConnectionString();
+           kept.connectionString == connection->ConnectionString() &&
+           kept.openings == connection->openings();
 }
 
 }  // namespace
@@ -39,7 +41,8 @@ std::shared_ptr<const RejectTable> RejectTable::forLookupConnection() {
     if (keptRowsServe(connection)) return kept.table;
     kept = {};
     std::shared_ptr<const RejectTable> table = read();
-    if (!table->empty()) kept = {connection, connection->ConnectionString(), table};
+    if (!table->empty())
+        kept = {connection, connection->ConnectionString(), connection->openings(), table};
     return table;
 }
 

@@ -16,7 +16,7 @@ namespace tvrx {
 class RejectTable {
 public:
     // The rows for the session's lookup connection: the kept ones while that connection
-    // is the one they were read over and has stayed open, otherwise read now. An empty
+    // is the one they were read over and has stayed open since, otherwise read now. An empty
     // read is returned but not kept; a failed read fails as the database failed, and a
     // missing lookup connection as an object not set (91).
     static std::shared_ptr<const RejectTable> forLookupConnection();

@@ -155,6 +155,7 @@ void ConnectionLink::open() {
     }
     open_ = true;
     lost_ = false;
+    ++openings_;
     try {
         afterOpen();
     } catch (...) {

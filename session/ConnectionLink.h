@@ -44,6 +44,7 @@ public:
 
     void failNextStatement(long number) { injected_ = number; }
     qint64 statementsRun() const { return statementsRun_; }
+    qint64 openings() const { return openings_; }
 
 private:
     QSqlQuery& run(const QString& sql, const QVariantList& params);
@@ -66,6 +67,7 @@ private:
     bool lost_ = false;
     std::optional<long> injected_;
     qint64 statementsRun_ = 0;
+    qint64 openings_ = 0;
     // Statements with values, prepared once per connection and run again with new values:
     // a fill's read and save run the same dozen statements every time.
     QHash<QString, QSqlQuery> prepared_;

@@ -85,6 +85,10 @@ qint64 DbConnection::statementsRun() const {
     return link_->statementsRun();
 }
 
+qint64 DbConnection::openings() const {
+    return link_->openings();
+}
+
 void DbConnection::failNextStatement(long number) {
     link_->failNextStatement(number);
 }

@@ -70,6 +70,9 @@ public:
     // ones Open sends to set up the session included; a statement refused before it was
     // sent (closed connection, test hook) is not counted. For measuring, not for logic.
     qint64 statementsRun() const;
+    // How many times the connection has been opened: what was read over it before a
+    // close and a reopen may be out of date.
+    qint64 openings() const;
 
     // Test hook: the next statement on this connection fails with this number instead of
     // running. A lost link also closes the connection, as a real one does.

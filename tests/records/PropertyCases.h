@@ -31,11 +31,12 @@ struct PropertyCase {
 
 // The property, its column of the same name, the value written, stored and read back
 // (read back as the property's own type).
-#define TVRX_PROPERTY(Record, property, written, storedValue, readValue)                           \
-    ::tvrx::test::PropertyCase<Record> {                                                           \
-        QStringLiteral(#property), [](Record& r) { r.property = written; }, QVariant(storedValue), \
-            [](const Record& r) { return QVariant::fromValue(r.property); },                       \
-            QVariant::fromValue(static_cast<decltype(Record::property)>(readValue))                \
+#define TVRX_PROPERTY(Record, property, written, storedValue, readValue)            \
+    ::tvrx::test::PropertyCase<Record> {                                            \
+        QStringLiteral(#property), [](Record& r) { r.property = (written); },       \
+            QVariant(storedValue),                                                  \
+            [](const Record& r) { return QVariant::fromValue(r.property); },        \
+            QVariant::fromValue(static_cast<decltype(Record::property)>(readValue)) \
     }
 
 // The stored value compared by the kind of the expected one: a date-time as wall-clock

@@ -44,8 +44,13 @@ TEST_F(RejectTableTest, RowsAreReadAgainOnceTheLookupConnectionIsClosedOrReplace
     mdlMain::LookupConnection->Close();
     EXPECT_EQ(firstDescription(rejected), "Prior authorisation needed (new wording)");
     writeLookup(test::testRejectRows());
-    mdlMain::LookupConnection.reset();
+    // Closed and opened again by the host between two decodings.
+    mdlMain::LookupConnection->Close();
+    mdlMain::LookupConnection->Open();
     EXPECT_EQ(firstDescription(rejected), "Prior Authorization Required");
+    writeLookup(renamedRows());
+    mdlMain::LookupConnection.reset();
+    EXPECT_EQ(firstDescription(rejected), "Prior authorisation needed (new wording)");
     EXPECT_TRUE(reporter->reports().isEmpty());
 }
 
