@@ -19,11 +19,6 @@ using C = clsPrescription;
 using R = ReadForm;
 using W = WriteForm;
 
-// A text property kept in a private member, written as stored whatever its getter shows.
-Property<C> storedText(QString C::*field) {
-    return member(field);
-}
-
 // OtherDate of a row without one reads as today.
 ReadForm todayWhenNull() {
     return R::custom([](const QVariant& field) {
@@ -35,7 +30,8 @@ ReadForm todayWhenNull() {
 
 // The columns in the order GetData selects them. The original fill's three columns are
 // read from this row only when it is the original; a refill takes them from the
-// original's row.
+// original's row. The days supply and the product code qualifier are written as stored,
+// whatever their getters show.
 const ColumnTable<clsPrescription>& prescriptionColumns() {
     static const ColumnTable<C> table(
         QStringLiteral("RXINFO"), QStringLiteral("RXInfoID"),
@@ -50,7 +46,7 @@ const ColumnTable<clsPrescription>& prescriptionColumns() {
             {"RetailPrice", member(&C::RetailPrice), R::zeroText(), W::number()},
             {"Copay", member(&C::Copay), R::zeroText(), W::number()},
             {"QtyRemain", member(&C::QtyRemain), R::zeroText(), W::number()},
-            {"DS", storedText(&C::m_sDS), R::nullScreen(QStringLiteral("0")), W::quotedRaw()},
+            {"DS", member(&C::m_sDS), R::nullScreen(QStringLiteral("0")), W::quotedRaw()},
             {"Patient", member(&C::Patient), R::text(), W::doubledThenCut(50)},
             {"PatientID", accessor(&C::PatientID, &C::setPatientID), R::zeroText(), W::number()},
             {"Doctor", member(&C::Doctor), R::text(), W::quotedDoubled()},
@@ -121,7 +117,7 @@ const ColumnTable<clsPrescription>& prescriptionColumns() {
             {"OnHold", member(&C::OnHold), R::nullScreen(0), W::number()},
             {"OriginalQty", member(&C::OriginalQty), R::zeroText(), W::number()},
             {"OriginalRefills", member(&C::OriginalRefills), R::zeroText(), W::number()},
-            {"ProductIDQualifier", storedText(&C::m_sProductIDQualifier),
+            {"ProductIDQualifier", member(&C::m_sProductIDQualifier),
              R::nullScreen(QStringLiteral("03")), W::quotedRaw()},
             {"PAMC", member(&C::PAMC), R::text(), W::quotedRaw()},
             {"DateChanged", records::presentTime<C>(), R::none(), W::value()},
@@ -251,7 +247,8 @@ void clsPrescription::GetData() {
     frame([&] {
         rs = records::mainConnection().OpenRecordSet(table().selectList(selectOrder()), {RXInfoID});
     });
-    // A failed test for the row reads on, as the original handler resumed inside the block.
+    // A failed test for the row carries on into the read: the frame resumes with the next
+    // statement, and that is the read.
     bool hasRow = true;
     frame([&] { hasRow = !rs.Eof(); });
     if (hasRow) {
