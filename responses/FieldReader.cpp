@@ -76,6 +76,19 @@ std::size_t hashOf(char32_t key) {
 
 }  // namespace
 
+// The bucket that holds the key, or the empty one where it would go.
+inline qsizetype FieldReader::bucketOf(char32_t key) const {
+    const qsizetype mask = firstByKey_.size() - 1;
+    for (auto bucket = qsizetype(hashOf(key)) & mask;; bucket = (bucket + 1) & mask) {
+        const qint32 index = firstByKey_[bucket];
+        if (index < 0 || entries_[index].key == key) return bucket;
+    }
+}
+
+inline qint32 FieldReader::firstWithKey(char32_t key) const {
+    return firstByKey_[bucketOf(key)];
+}
+
 // Each separator opens an entry, which notes whether a group or segment separator stands
 // before the next one; behind the last one, the first terminators are noted.
 inline void FieldReader::markStop(qsizetype at, char16_t c) {
@@ -122,24 +135,11 @@ void FieldReader::indexKeys() {
     }
 }
 
-// The bucket that holds the key, or the empty one where it would go.
-qsizetype FieldReader::bucketOf(char32_t key) const {
-    const qsizetype mask = firstByKey_.size() - 1;
-    for (auto bucket = qsizetype(hashOf(key)) & mask;; bucket = (bucket + 1) & mask) {
-        const qint32 index = firstByKey_[bucket];
-        if (index < 0 || entries_[index].key == key) return bucket;
-    }
-}
-
-qint32 FieldReader::firstWithKey(char32_t key) const {
-    return firstByKey_[bucketOf(key)];
-}
-
 bool FieldReader::withinReach(QStringView text, QLatin1StringView closing) {
     return text.size() + closing.size() <= kGetFieldReach;
 }
 
-qsizetype FieldReader::indexOf(QLatin1StringView code, qsizetype from) const {
+inline qsizetype FieldReader::indexOf(QLatin1StringView code, qsizetype from) const {
     for (qint32 index = firstWithKey(keyOf(code)); index >= 0;
          index = entries_[index].nextSameKey) {
         const Entry& entry = entries_[index];
@@ -173,13 +173,7 @@ qsizetype FieldReader::separatorAfter(qsizetype at) const {
     return next == entries_.end() ? 0 : next->at + 1;
 }
 
-QStringView FieldReader::value(QLatin1StringView code) const {
-    const qsizetype index = indexOf(code, 1);
-    if (index < 0) return {};
-    return direct_ ? direct(index) : throughGetField(code);
-}
-
-QStringView FieldReader::direct(qsizetype index) const {
+inline QStringView FieldReader::direct(qsizetype index) const {
     const Entry& entry = entries_[index];
     const qsizetype start = entry.at + kValueOffset;
     qsizetype end = text_.size();
@@ -192,6 +186,12 @@ QStringView FieldReader::direct(qsizetype index) const {
         end = returnEnd_;
     }
     return text_.sliced(start, end - start);
+}
+
+QStringView FieldReader::value(QLatin1StringView code) const {
+    const qsizetype index = indexOf(code, 1);
+    if (index < 0) return {};
+    return direct_ ? direct(index) : throughGetField(code);
 }
 
 QStringView FieldReader::throughGetField(QLatin1StringView code) const {
