@@ -13,6 +13,7 @@
 #include "session/UserInteraction.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tvrx {
 
@@ -87,7 +88,8 @@ bool clsClaimResponse::startDecoding(Frame& frame) {
     Reversal = false;
     HeaderRejected = mid(Claim, kHeaderStatus) == kHeaderRejected;
     if (isBlank(Claim)) return refuse(QString(kBoxClaimNotSet), Icon::Critical);
-    const char16_t first = Claim.front().unicode();
+    // Read through a const reference: a writable front() would copy the shared text.
+    const char16_t first = std::as_const(Claim).front().unicode();
     if (first != kStartByte && first != kAlternativeStartByte) {
         return refuse(badStartText(first), Icon::Information);
     }
