@@ -139,12 +139,22 @@ bool FieldReader::withinReach(QStringView text, QLatin1StringView closing) {
     return text.size() + closing.size() <= kGetFieldReach;
 }
 
+// True when the text holds `part` from index `at` on: a character by character test, as
+// the parts looked for are a few characters long.
+inline bool FieldReader::holds(qsizetype at, QLatin1StringView part) const {
+    if (at + part.size() > text_.size()) return false;
+    for (qsizetype i = 0; i < part.size(); ++i) {
+        if (text_[at + i] != QChar(part.at(i))) return false;
+    }
+    return true;
+}
+
 inline qsizetype FieldReader::indexOf(QLatin1StringView code, qsizetype from) const {
     for (qint32 index = firstWithKey(keyOf(code)); index >= 0;
          index = entries_[index].nextSameKey) {
         const Entry& entry = entries_[index];
         if (entry.at + 1 < from) continue;
-        if (code.size() == 2 || text_.sliced(entry.at + 1).startsWith(code)) return index;
+        if (code.size() == 2 || holds(entry.at + 1, code)) return index;
     }
     return -1;
 }
@@ -159,7 +169,7 @@ qsizetype FieldReader::findNumbered(QLatin1StringView code, int n) const {
     const auto end = std::to_chars(digits, digits + sizeof digits, n).ptr;
     const QLatin1StringView number(digits, end);
     for (qsizetype i = indexOf(code, 1); i >= 0; i = indexOf(code, entries_[i].at + 2)) {
-        if (text_.sliced(entries_[i].at + kValueOffset).startsWith(number)) {
+        if (holds(entries_[i].at + kValueOffset, number)) {
             return entries_[i].at + 1;
         }
     }

@@ -54,6 +54,7 @@ private:
     };
 
     qsizetype indexOf(QLatin1StringView code, qsizetype from) const;
+    bool holds(qsizetype at, QLatin1StringView part) const;
     void markStop(qsizetype at, char16_t c);
     void indexKeys();
     qint32 firstWithKey(char32_t key) const;
