@@ -43,23 +43,9 @@ struct SharedText {
 
 }  // namespace
 
-QStringView mid(QStringView text, qsizetype start, qsizetype length) {
-    if (start < 1 || length < 0) fail(err::InvalidProcedureCall);
-    if (start > text.size()) return {};
-    return text.sliced(start - 1, std::min(length, text.size() - start + 1));
-}
-
 QStringView left(QStringView text, qsizetype length) {
     if (length < 0) fail(err::InvalidProcedureCall);
     return text.first(std::min(length, text.size()));
-}
-
-QStringView trimmed(QStringView text) {
-    qsizetype first = 0;
-    qsizetype end = text.size();
-    while (first < end && text[first] == u' ') ++first;
-    while (end > first && text[end - 1] == u' ') --end;
-    return text.sliced(first, end - first);
 }
 
 double numericValue(QStringView text) {
