@@ -91,7 +91,7 @@ void addFinding(colDUR& findings, DUR&& finding) {
 
 // The group at `at` runs from its number to the next counter field, or to the end of the
 // segment.
-QStringView groupText(const QString& segment, const FieldReader& fields, QLatin1StringView counter,
+QStringView groupText(QStringView segment, const FieldReader& fields, QLatin1StringView counter,
                       qsizetype at) {
     const qsizetype next = fields.find(counter, at + 1);
     const qsizetype length =
@@ -101,7 +101,7 @@ QStringView groupText(const QString& segment, const FieldReader& fields, QLatin1
 
 }  // namespace
 
-void clsClaimResponse::ParseDUR(const QString& sDUR) {
+void clsClaimResponse::ParseDUR(QStringView sDUR) {
     Frame frame(QStringLiteral("clsClaimResponse:ParseDUR"));
     frame([&] { colDUR_ = std::make_shared<tvrx::colDUR>(); });
     // The severity words are loaded once, before the first record: later records read
@@ -128,7 +128,7 @@ void clsClaimResponse::ParseDUR(const QString& sDUR) {
 // beginning of the segment, so the search for 1 also finds a group numbered 10 or 11 when
 // none is numbered 1. Each group is read as closed by ":", which its last field runs into
 // but which is part of no value: that field reads as the payer sent it.
-void clsClaimResponse::Parse51DUR(const QString& sDUR) {
+void clsClaimResponse::Parse51DUR(QStringView sDUR) {
     Frame frame(QStringLiteral("clsClaimResponse:Parse51DUR"));
     frame([&] { colDUR_ = std::make_shared<tvrx::colDUR>(); });
     const FieldReader fields(sDUR);

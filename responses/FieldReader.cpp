@@ -3,10 +3,16 @@
 #include "responses/ResponseLayout.h"
 #include "session/Encodings.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cstring>
 #include <limits>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace tvrx::response {
 namespace {
@@ -34,20 +40,54 @@ constexpr std::array<bool, 256> kStops = [] {
     return stops;
 }();
 
-// False when none of four characters can be a stop: none is below 31 or equal to 225 (the
-// test may say true for a block without one, never false for a block with one).
-bool mayStop(const char16_t* four) {
+#if defined(__SSE2__)
+// One bit for each character of a block of eight that may be a stop: at most 30 (the
+// separators and the carriage return lie below 31) or 225. Bit 2k stands for character k.
+constexpr qsizetype kBlock = 8;
+constexpr int kBitsPerCharacter = 2;
+unsigned candidateStops(const char16_t* block) {
+    const __m128i chars = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
+    const __m128i atMost30 = _mm_cmpeq_epi16(
+        _mm_subs_epu16(chars, _mm_set1_epi16(mdlMain::kSegmentSeparator)), _mm_setzero_si128());
+    const __m128i alternative =
+        _mm_cmpeq_epi16(chars, _mm_set1_epi16(mdlMain::kAlternativeTerminator));
+    return unsigned(_mm_movemask_epi8(_mm_or_si128(atMost30, alternative))) & 0x5555u;
+}
+#else
+// The same for a block of four, in one 64-bit word: bit 16k + 15 stands for character k. A
+// character behind a true stop may be marked too, which the stop table then turns down.
+constexpr qsizetype kBlock = 4;
+constexpr int kBitsPerCharacter = 16;
+quint64 candidateStops(const char16_t* block) {
     constexpr quint64 kOnes = 0x0001'0001'0001'0001;
     constexpr quint64 kHighs = 0x8000'8000'8000'8000;
     quint64 word;
-    std::memcpy(&word, four, sizeof word);
+    std::memcpy(&word, block, sizeof word);
     const quint64 low = (word - kOnes * (mdlMain::kSegmentSeparator + 1)) & ~word & kHighs;
     const quint64 x = word ^ (kOnes * mdlMain::kAlternativeTerminator);
     const quint64 alternative = (x - kOnes) & ~x & kHighs;
-    return (low | alternative) != 0;
+    return low | alternative;
+}
+#endif
+
+std::size_t hashOf(char32_t key) {
+    return std::size_t((quint64(key) * 0x9E37'79B9'7F4A'7C15ull) >> 32);
 }
 
 }  // namespace
+
+// The bucket that holds the key, or the empty one where it would go.
+inline qsizetype FieldReader::bucketOf(char32_t key) const {
+    const qsizetype mask = firstByKey_.size() - 1;
+    for (auto bucket = qsizetype(hashOf(key)) & mask;; bucket = (bucket + 1) & mask) {
+        const qint32 index = firstByKey_[bucket];
+        if (index < 0 || entries_[index].key == key) return bucket;
+    }
+}
+
+inline qint32 FieldReader::firstWithKey(char32_t key) const {
+    return firstByKey_[bucketOf(key)];
+}
 
 // Each separator opens an entry, which notes whether a group or segment separator stands
 // before the next one; behind the last one, the first terminators are noted.
@@ -55,7 +95,7 @@ inline void FieldReader::markStop(qsizetype at, char16_t c) {
     if (c > 255 || !kStops[c]) return;
     if (c == separator_) {
         const char32_t key = at + 2 < text_.size() ? keyOf(text_[at + 1], text_[at + 2]) : 0;
-        entries_.append({at, key, false});
+        entries_.append({at, key, false, -1});
         alternativeEnd_ = returnEnd_ = -1;
     } else if (c == mdlMain::kGroupSeparator || c == mdlMain::kSegmentSeparator) {
         if (!entries_.isEmpty()) entries_.back().crossesGroup = true;
@@ -71,23 +111,50 @@ FieldReader::FieldReader(QStringView text, QLatin1StringView closing, char16_t s
     const char16_t* const data = text.utf16();
     const qsizetype size = text.size();
     qsizetype i = 0;
-    for (; i + 4 <= size; i += 4) {
-        if (!mayStop(data + i)) continue;
-        for (qsizetype j = i; j < i + 4; ++j) markStop(j, data[j]);
+    for (; i + kBlock <= size; i += kBlock) {
+        for (auto bits = candidateStops(data + i); bits != 0; bits &= bits - 1) {
+            const qsizetype at = i + std::countr_zero(bits) / kBitsPerCharacter;
+            markStop(at, data[at]);
+        }
     }
     for (; i < size; ++i) markStop(i, data[i]);
+    indexKeys();
+}
+
+// Chains the entries of each key in text order, from the last entry back, so that a
+// search for a code visits only the fields with that code.
+void FieldReader::indexKeys() {
+    qsizetype buckets = 16;
+    while (buckets < 2 * entries_.size()) buckets *= 2;
+    firstByKey_.resize(buckets);
+    std::fill(firstByKey_.begin(), firstByKey_.end(), -1);
+    for (auto index = qint32(entries_.size()) - 1; index >= 0; --index) {
+        qint32& first = firstByKey_[bucketOf(entries_[index].key)];
+        entries_[index].nextSameKey = first;
+        first = index;
+    }
 }
 
 bool FieldReader::withinReach(QStringView text, QLatin1StringView closing) {
     return text.size() + closing.size() <= kGetFieldReach;
 }
 
-qsizetype FieldReader::indexOf(QLatin1StringView code, qsizetype from) const {
-    const char32_t key = keyOf(code);
-    for (qsizetype index = 0; index < entries_.size(); ++index) {
+// True when the text holds `part` from index `at` on: a character by character test, as
+// the parts looked for are a few characters long.
+inline bool FieldReader::holds(qsizetype at, QLatin1StringView part) const {
+    if (at + part.size() > text_.size()) return false;
+    for (qsizetype i = 0; i < part.size(); ++i) {
+        if (text_[at + i] != QChar(part.at(i))) return false;
+    }
+    return true;
+}
+
+inline qsizetype FieldReader::indexOf(QLatin1StringView code, qsizetype from) const {
+    for (qint32 index = firstWithKey(keyOf(code)); index >= 0;
+         index = entries_[index].nextSameKey) {
         const Entry& entry = entries_[index];
-        if (entry.key != key || entry.at + 1 < from) continue;
-        if (code.size() == 2 || text_.sliced(entry.at + 1).startsWith(code)) return index;
+        if (entry.at + 1 < from) continue;
+        if (code.size() == 2 || holds(entry.at + 1, code)) return index;
     }
     return -1;
 }
@@ -102,7 +169,7 @@ qsizetype FieldReader::findNumbered(QLatin1StringView code, int n) const {
     const auto end = std::to_chars(digits, digits + sizeof digits, n).ptr;
     const QLatin1StringView number(digits, end);
     for (qsizetype i = indexOf(code, 1); i >= 0; i = indexOf(code, entries_[i].at + 2)) {
-        if (text_.sliced(entries_[i].at + kValueOffset).startsWith(number)) {
+        if (holds(entries_[i].at + kValueOffset, number)) {
             return entries_[i].at + 1;
         }
     }
@@ -110,19 +177,13 @@ qsizetype FieldReader::findNumbered(QLatin1StringView code, int n) const {
 }
 
 qsizetype FieldReader::separatorAfter(qsizetype at) const {
-    for (const Entry& entry : entries_) {
-        if (entry.at + 1 > at) return entry.at + 1;
-    }
-    return 0;
+    const auto next =
+        std::lower_bound(entries_.begin(), entries_.end(), at,
+                         [](const Entry& entry, qsizetype i) { return entry.at < i; });
+    return next == entries_.end() ? 0 : next->at + 1;
 }
 
-QStringView FieldReader::value(QLatin1StringView code) const {
-    const qsizetype index = indexOf(code, 1);
-    if (index < 0) return {};
-    return direct_ ? direct(index) : throughGetField(code);
-}
-
-QStringView FieldReader::direct(qsizetype index) const {
+inline QStringView FieldReader::direct(qsizetype index) const {
     const Entry& entry = entries_[index];
     const qsizetype start = entry.at + kValueOffset;
     qsizetype end = text_.size();
@@ -135,6 +196,12 @@ QStringView FieldReader::direct(qsizetype index) const {
         end = returnEnd_;
     }
     return text_.sliced(start, end - start);
+}
+
+QStringView FieldReader::value(QLatin1StringView code) const {
+    const qsizetype index = indexOf(code, 1);
+    if (index < 0) return {};
+    return direct_ ? direct(index) : throughGetField(code);
 }
 
 QStringView FieldReader::throughGetField(QLatin1StringView code) const {

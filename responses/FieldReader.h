@@ -47,13 +47,18 @@ public:
 
 private:
     struct Entry {
-        qsizetype at;       // index of the separator, from 0
-        char32_t key;       // the two characters behind it
-        bool crossesGroup;  // a group or segment separator stands before the next separator
+        qsizetype at;        // index of the separator, from 0
+        char32_t key;        // the two characters behind it
+        bool crossesGroup;   // a group or segment separator stands before the next separator
+        qint32 nextSameKey;  // index of the next entry with this key; -1 for the last
     };
 
     qsizetype indexOf(QLatin1StringView code, qsizetype from) const;
+    bool holds(qsizetype at, QLatin1StringView part) const;
     void markStop(qsizetype at, char16_t c);
+    void indexKeys();
+    qint32 firstWithKey(char32_t key) const;
+    qsizetype bucketOf(char32_t key) const;
     QStringView direct(qsizetype index) const;
     QStringView throughGetField(QLatin1StringView code) const;
 
@@ -61,7 +66,10 @@ private:
     QLatin1StringView closing_;
     char16_t separator_;
     bool direct_;
-    QVarLengthArray<Entry, 64> entries_;
+    QVarLengthArray<Entry, 128> entries_;
+    // Open-addressed table from a key to its first entry (-1 for an empty bucket); its size
+    // is a power of two at least twice the number of entries.
+    QVarLengthArray<qint32, 256> firstByKey_;
     // The first byte 225 and the first carriage return behind the last separator.
     qsizetype alternativeEnd_ = -1;
     qsizetype returnEnd_ = -1;

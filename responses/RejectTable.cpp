@@ -7,6 +7,8 @@
 #include "session/RecordSet.h"
 #include "session/Session.h"
 
+#include <algorithm>
+
 namespace tvrx {
 namespace {
 
@@ -21,10 +23,27 @@ struct KeptRows {
 thread_local KeptRows kept;
 
 // A code as the lookup database compares it: trailing blanks and letter case do not count.
-QString comparedForm(QStringView code) {
+// Written over `form`, so that a caller can keep one buffer for every look-up; ASCII codes,
+// as payers send them, are folded here, any other by Qt's case folding.
+void writeComparedForm(QStringView code, QString& form) {
     qsizetype end = code.size();
     while (end > 0 && code[end - 1] == u' ') --end;
-    return code.first(end).toString().toCaseFolded();
+    const QStringView trimmedCode = code.first(end);
+    if (!std::all_of(trimmedCode.begin(), trimmedCode.end(),
+                     [](QChar c) { return c.unicode() < 128; })) {
+        form = trimmedCode.toString().toCaseFolded();
+        return;
+    }
+    form.resize(trimmedCode.size());
+    std::transform(trimmedCode.begin(), trimmedCode.end(), form.begin(), [](QChar c) {
+        return c >= u'A' && c <= u'Z' ? QChar(c.unicode() - u'A' + u'a') : c;
+    });
+}
+
+QString comparedForm(QStringView code) {
+    QString form;
+    writeComparedForm(code, form);
+    return form;
 }
 
 bool keptRowsServe(const std::shared_ptr<DbConnection>& connection) {
@@ -75,7 +94,9 @@ std::shared_ptr<const RejectTable> RejectTable::read() {
 }
 
 std::optional<QString> RejectTable::descriptionOf(QStringView code) const {
-    const auto row = byCode_.constFind(comparedForm(code));
+    thread_local QString form;
+    writeComparedForm(code, form);
+    const auto row = byCode_.constFind(form);
     if (row == byCode_.cend()) return std::nullopt;
     if (row->isNull()) fail(err::InvalidUseOfNull);
     return row->toString();

@@ -13,6 +13,7 @@
 #include "session/UserInteraction.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tvrx {
 
@@ -87,7 +88,8 @@ bool clsClaimResponse::startDecoding(Frame& frame) {
     Reversal = false;
     HeaderRejected = mid(Claim, kHeaderStatus) == kHeaderRejected;
     if (isBlank(Claim)) return refuse(QString(kBoxClaimNotSet), Icon::Critical);
-    const char16_t first = Claim.front().unicode();
+    // Read through a const reference: a writable front() would copy the shared text.
+    const char16_t first = std::as_const(Claim).front().unicode();
     if (first != kStartByte && first != kAlternativeStartByte) {
         return refuse(badStartText(first), Icon::Information);
     }
@@ -119,7 +121,7 @@ void clsClaimResponse::decodeFixedPaid(Frame& frame, bool version40, QStringView
     });
     if (!version40) {
         frame([&] { values_.MessageTwo = trimmed(mid(Claim, kFixedMessageTwo)).toString(); });
-        frame([&] { ParseDUR(trimmed(mid(Claim, kFixedPaidDur)).toString()); });
+        frame([&] { ParseDUR(trimmed(mid(Claim, kFixedPaidDur))); });
     }
     values_.Total = values_.TotalPaid + values_.Copay;
     values_.PaidStatus = shared(status == kStatusDuplicate ? kWordDuplicate : kWordPaid);
@@ -143,7 +145,7 @@ void clsClaimResponse::decodeFixedCaptured(Frame& frame, bool version40) {
             });
         }
     } else {
-        frame([&] { ParseDUR(trimmed(mid(Claim, kCapturedDur)).toString()); });
+        frame([&] { ParseDUR(trimmed(mid(Claim, kCapturedDur))); });
     }
     values_.PAID = 1;
     values_.PaidStatus = shared(kWordCaptured);
@@ -159,7 +161,7 @@ void clsClaimResponse::decodeFixedRejected(Frame& frame, bool version40) {
                                      .toString();
         });
     } else {
-        frame([&] { ParseDUR(trimmed(mid(Claim, kRejectDur)).toString()); });
+        frame([&] { ParseDUR(trimmed(mid(Claim, kRejectDur))); });
     }
     frame([&] { values_.Reference = mid(Claim, kRejectReference).toString(); });
     setRejected(duplicate);
@@ -235,7 +237,10 @@ void clsClaimResponse::decode51Claim(Frame& frame) {
     });
     frame(
         [&] { values_.PreferredProductID = numericValue(fields.value(kFieldPreferredProductID)); });
-    frame([&] { Parse51DUR(durSegment51(fields)); });
+    frame([&] {
+        const FieldReader segments = durSegments51(fields);
+        Parse51DUR(durSegment51(segments));
+    });
     const QStringView status = status51(fields);
     const auto paid = std::find_if(kPaidWords.begin(), kPaidWords.end(),
                                    [&](const PaidWord& word) { return status == word.status; });
@@ -311,10 +316,11 @@ QStringView clsClaimResponse::status51(const FieldReader& fields) const {
     return mid(Claim, fields.find(kFieldStatus) + kValueOffset, 1);
 }
 
-// The DUR segment, from its first field on. Its search by segment separator only has to
-// look from the first DUR segment code on, which the field reader has already found (a
-// text past GetField's reach is searched whole, so its reports stay what they are).
-QString clsClaimResponse::durSegment51(const FieldReader& fields) const {
+// The segments of the text, read from the first DUR segment on: the search by segment
+// separator only has to look from the first DUR segment code on, which the field reader has
+// already found (a text past GetField's reach is searched whole, so its reports stay what
+// they are).
+FieldReader clsClaimResponse::durSegments51(const FieldReader& fields) const {
     qsizetype from = 1;
     if (FieldReader::withinReach(Claim)) {
         const QLatin1StringView fieldCode = kDurSegmentCode.sliced(1);
@@ -324,10 +330,14 @@ QString clsClaimResponse::durSegment51(const FieldReader& fields) const {
         }
         from = at > 0 ? at - 1 : Claim.size() + 1;
     }
-    const FieldReader segments(QStringView(Claim).sliced(from - 1), {}, mdlMain::kSegmentSeparator);
+    return FieldReader(QStringView(Claim).sliced(from - 1), {}, mdlMain::kSegmentSeparator);
+}
+
+// The DUR segment, from its first field on; a view into the text or into the reader.
+QStringView clsClaimResponse::durSegment51(const FieldReader& segments) {
     QStringView segment = segments.value(kDurSegmentCode);
     if (segment.size() > kDurSegmentSkip) segment = segment.sliced(kDurSegmentSkip);
-    return segment.toString();
+    return segment;
 }
 
 bool clsClaimResponse::read51Rejects(Frame& frame, const FieldReader& fields) {

@@ -80,7 +80,8 @@ private:
     void decode51Reversal(Frame& frame);
     void appendPhone(Frame& frame, const response::FieldReader& fields);
     QStringView status51(const response::FieldReader& fields) const;
-    QString durSegment51(const response::FieldReader& fields) const;
+    response::FieldReader durSegments51(const response::FieldReader& fields) const;
+    static QStringView durSegment51(const response::FieldReader& segments);
     void readPaidField51(const response::FieldReader& fields, const response::PaidField& field);
     // Looks up and lists the rejects; true when one of them is the duplicate reject.
     bool readFixedRejects(Frame& frame, response::Span count, qsizetype codesFrom,
@@ -90,8 +91,8 @@ private:
     QString describeReject(const QString& code, bool cutDescription) const;
     void setRejected(bool duplicate);
 
-    void ParseDUR(const QString& sDUR);
-    void Parse51DUR(const QString& sDUR);
+    void ParseDUR(QStringView sDUR);
+    void Parse51DUR(QStringView sDUR);
 
     ResponseValues values_;
     mutable std::shared_ptr<tvrx::colReject> colReject_;

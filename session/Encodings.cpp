@@ -35,12 +35,6 @@ constexpr std::array<OverPunchRow, 10> kOverPunchTable{{
     {u'9', u'I', u'R'},
 }};
 
-// What an over-punched character stands for; sign 0 marks a character outside the table.
-struct PunchedDigit {
-    char16_t digit = 0;
-    int sign = 0;
-};
-
 // The table turned around once, so that decoding a response amount is one array look-up.
 constexpr std::array<PunchedDigit, 128> makePunchedDigits() {
     std::array<PunchedDigit, 128> index{};
@@ -259,16 +253,20 @@ QString FixedLength(QString& text, qint16 width, const QString& fill) {
     return result;
 }
 
+PunchedDigit PunchedDigitOf(char16_t last) {
+    return last < kPunchedDigits.size() ? kPunchedDigits[last] : PunchedDigit{};
+}
+
 double OverPunch(QString& text) {
     double result = 0;
     int sign = 1;
     Frame frame(QStringLiteral("mdlMain:OverPunch"));
     frame([&] {
         if (text.isEmpty()) return;
-        const char16_t last = text.back().unicode();
-        if (last >= kPunchedDigits.size() || kPunchedDigits[last].sign == 0) return;
-        text.back() = QChar(kPunchedDigits[last].digit);
-        sign = kPunchedDigits[last].sign;
+        const PunchedDigit last = PunchedDigitOf(text.back().unicode());
+        if (last.sign == 0) return;
+        text.back() = QChar(last.digit);
+        sign = last.sign;
     });
     frame([&] { result = conv::Val(text) / 100 * sign; });
     return result;

@@ -31,6 +31,14 @@ QString FixedLength(QString& text, qint16 width, const QString& fill);
 // ("0000123}" is -12.30). The caller's text is rewritten to plain digits.
 double OverPunch(QString& text);
 
+// What an over-punched last character stands for: its digit and its sign (1 or -1); sign 0
+// for a character that carries no sign, a plain digit among them.
+struct PunchedDigit {
+    char16_t digit = 0;
+    int sign = 0;
+};
+PunchedDigit PunchedDigitOf(char16_t last);
+
 // Encodes whole hundredths as at least eight characters, the last one over-punched
 // (1234 gives "0000123D", -1234 "0000123M").
 QString OverPunchReturn(double& amount);

@@ -70,5 +70,29 @@ TEST_F(RejectTableTest, AnEmptyOrFailedReadIsNotKept) {
     EXPECT_EQ(reporter->reports().at(0).location, "clsClaimResponse:BuildResponse");
 }
 
+// Only letters fold: the characters just before and after A to Z keep their own code.
+TEST_F(RejectTableTest, CodesCompareWithoutLetterCaseEvenBeyondASCII) {
+    writeLookup({{QString::fromLatin1("\xC9z"), "accented"}, {"`a", "grave"}, {"a{", "brace"}});
+    const struct {
+        const char* code;
+        const char* description;
+    } cases[] = {
+        {"\xE9Z", "accented"},
+        {"\xC9z", "accented"},
+        {"`A", "grave"},
+        {"@A", ""},
+        {"A{", "brace"},
+        {"a[", ""},
+        {"EZ", ""},
+    };
+    for (const auto& c : cases) {
+        const QString claim = QStringLiteral(
+                                  "\x02"
+                                  "32000\x1dR01") +
+                              QString::fromLatin1(c.code);
+        EXPECT_EQ(firstDescription(claim), QString::fromLatin1(c.description)) << c.code;
+    }
+}
+
 }  // namespace
 }  // namespace tvrx
