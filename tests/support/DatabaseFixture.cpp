@@ -6,8 +6,6 @@
 #include <QCoreApplication>
 #include <QUrl>
 
-#include <cstdlib>
-
 namespace tvrx::test {
 
 namespace {
@@ -16,18 +14,19 @@ QString serverUrl() {
     return qEnvironmentVariable("TVRX_TEST_PG_URL");
 }
 
-bool postgresRequired() {
-    return qEnvironmentVariable("TVRX_REQUIRE_POSTGRES") == "1";
-}
-
 QString databaseName() {
     return QStringLiteral("tvrx_test_%1").arg(QCoreApplication::applicationPid());
 }
 
-QString databaseUrl() {
-    QUrl url(serverUrl());
-    url.setPath(QLatin1Char('/') + databaseName());
-    return url.toString();
+// Runs one statement on the server's own database.
+void onServer(const QString& sql, const QVariantList& values = {}) {
+    DbConnection server(serverUrl());
+    server.Open();
+    server.Execute(sql, values);
+}
+
+void dropDatabase() {
+    onServer(QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(databaseName()));
 }
 
 // Creates the process's database on first use and drops it when the tests end.
@@ -41,20 +40,13 @@ public:
 
     void ensureCreated() {
         if (created_) return;
-        DbConnection server(serverUrl());
-        server.Open();
-        server.Execute(
-            QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(databaseName()));
-        server.Execute(QStringLiteral("CREATE DATABASE %1").arg(databaseName()));
+        dropDatabase();
+        onServer(QStringLiteral("CREATE DATABASE %1").arg(databaseName()));
         created_ = true;
     }
 
     void TearDown() override {
-        if (!created_) return;
-        DbConnection server(serverUrl());
-        server.Open();
-        server.Execute(
-            QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(databaseName()));
+        if (created_) dropDatabase();
         created_ = false;
     }
 
@@ -79,12 +71,14 @@ void DatabaseFixture::SetUp() {
             QStringLiteral("sqlite://") + folder_.filePath(QStringLiteral("pharmacy.db"));
     } else {
         if (serverUrl().isEmpty()) {
-            if (postgresRequired())
+            if (qEnvironmentVariable("TVRX_REQUIRE_POSTGRES") == "1")
                 FAIL() << "TVRX_REQUIRE_POSTGRES=1 but TVRX_TEST_PG_URL is unset";
             GTEST_SKIP() << "TVRX_TEST_PG_URL is unset: PostgreSQL tests skipped";
         }
         ASSERT_NO_THROW(PostgresDatabase::instance().ensureCreated());
-        connectionString_ = databaseUrl();
+        QUrl url(serverUrl());
+        url.setPath(QLatin1Char('/') + databaseName());
+        connectionString_ = url.toString();
     }
     ASSERT_NO_THROW(db = connect());
     if (backend() == Backend::PostgreSQL) {
@@ -109,10 +103,8 @@ void DatabaseFixture::loseLink(DbConnection& connection) const {
         connection.failNextStatement(err::LostLink);
         return;
     }
-    const QVariant pid = connection.Scalar(QStringLiteral("SELECT pg_backend_pid()"));
-    DbConnection server(serverUrl());
-    server.Open();
-    server.Execute(QStringLiteral("SELECT pg_terminate_backend(?)"), {pid});
+    onServer(QStringLiteral("SELECT pg_terminate_backend(?)"),
+             {connection.Scalar(QStringLiteral("SELECT pg_backend_pid()"))});
 }
 
 DatabaseFixture::Caught DatabaseFixture::caught(const std::function<void()>& step) {

@@ -26,6 +26,10 @@ QStringList cellsOf(const QString& line) {
     return cells;
 }
 
+// The escapes a quoted cell may hold and the characters they stand for, position by position.
+const QString kEscapes = QStringLiteral("tnr0\"\\");
+const QString kEscaped = QStringLiteral("\t\n\r") + QChar(0) + QStringLiteral("\"\\");
+
 }  // namespace
 
 MarkdownTable markdownTable(const QString& path, const QString& heading) {
@@ -71,26 +75,9 @@ std::optional<QStringList> quotedTexts(const QString& cell) {
                 continue;
             }
             if (++at == cell.size()) return std::nullopt;
-            switch (cell[at].unicode()) {
-                case u't':
-                    text += u'\t';
-                    break;
-                case u'n':
-                    text += u'\n';
-                    break;
-                case u'r':
-                    text += u'\r';
-                    break;
-                case u'0':
-                    text += QChar(0);
-                    break;
-                case u'"':
-                case u'\\':
-                    text += cell[at];
-                    break;
-                default:
-                    return std::nullopt;
-            }
+            const qsizetype escape = kEscapes.indexOf(cell[at]);
+            if (escape < 0) return std::nullopt;
+            text += kEscaped[escape];
         }
         if (at++ >= cell.size()) return std::nullopt;  // no closing quote
         texts << text;
