@@ -1,5 +1,5 @@
-#include "session/ClaimNotation.h"
 #include "support/ExchangeFixture.h"
+#include "support/Notation.h"
 #include "support/SessionFixture.h"
 #include "support/TvrxProgram.h"
 
@@ -26,32 +26,14 @@ void writeText(const QString& path, const QString& text) {
 }
 
 QByteArray bytesOf(const QString& notation) {
-    return fromNotation(notation).text.value_or(QString()).toLatin1();
+    return test::notated(notation).toLatin1();
 }
-
-// The rules and prepared responses of a test, in a folder apart from the exchange.
-class Prepared {
-public:
-    Prepared() {
-        writeText(folder_.filePath(QStringLiteral("paid.txt")), kPaid + QLatin1Char('\n'));
-        writeText(folder_.filePath(QStringLiteral("rejected.txt")), kRejected);
-        writeText(rules(), QStringLiteral("# answers of the test\n"
-                                          "if <FS>C2REJECT then rejected.txt\n"
-                                          "otherwise paid.txt\n"));
-    }
-    QString rules() const { return folder_.filePath(QStringLiteral("rules.txt")); }
-    QString path(const QString& name) const { return folder_.filePath(name); }
-
-private:
-    QTemporaryDir folder_;
-};
 
 // tvrx-switch running on an exchange directory, its log read line by line.
 class RunningSwitch {
 public:
     RunningSwitch(const QString& directory, const QString& rules) {
-        process_.start(kSwitch,
-                       {QStringLiteral("--dir"), directory, QStringLiteral("--rules"), rules});
+        process_.start(kSwitch, {"--dir", directory, "--rules", rules});
         started_ = waitForLine(QStringLiteral("tvrx-switch: watching"));
     }
     ~RunningSwitch() {
@@ -100,13 +82,24 @@ protected:
         if (!programsBuilt()) GTEST_SKIP() << "the programs are not built";
         face->tickEvery(50);
         face->abortAfterTicks(kWaitMs / 50);
+        writeText(prepared("paid.txt"), kPaid + QLatin1Char('\n'));
+        writeText(prepared("rejected.txt"), kRejected);
+        writeText(rules(), QStringLiteral("# answers of the test\n"
+                                          "if <FS>C2REJECT then rejected.txt\n"
+                                          "otherwise paid.txt\n"));
     }
-    Prepared prepared;
+
+    // The rules and prepared responses of a test, in a folder apart from the exchange.
+    QString prepared(const QString& name) const { return preparedFolder_.filePath(name); }
+    QString rules() const { return prepared(QStringLiteral("rules.txt")); }
+
+private:
+    QTemporaryDir preparedFolder_;
 };
 
 TEST_F(SwitchTest, AnswersEachRequestByTheRulesAndStopsCleanly) {
     land(QStringLiteral("03140900.clm"), "waiting before the switch started\x03\r\n");
-    RunningSwitch running(directory(), prepared.rules());
+    RunningSwitch running(directory(), rules());
     ASSERT_TRUE(running.started()) << running.log().toStdString();
     EXPECT_EQ(contents(pathOf(QStringLiteral("03140900.RSP"))), bytesOf(kPaid));
     QFile::remove(pathOf(QStringLiteral("03140900.RSP")));
@@ -123,7 +116,7 @@ TEST_F(SwitchTest, AnswersEachRequestByTheRulesAndStopsCleanly) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.claim);
-        const auto outcome = exchange(*fromNotation(QString::fromLatin1(c.claim)).text);
+        const auto outcome = exchange(test::notated(c.claim));
         EXPECT_TRUE(outcome.answered);
         EXPECT_EQ(outcome.response, bytesOf(c.answer));
         EXPECT_TRUE(running.waitForLine(QString::fromLatin1(c.logged), c.timesLogged))
@@ -136,22 +129,21 @@ TEST_F(SwitchTest, AnswersEachRequestByTheRulesAndStopsCleanly) {
 }
 
 TEST_F(SwitchTest, TvrxExchangePrintsTheAnswerOrWithdrawsOnCtrlC) {
-    const QString claim = prepared.path(QStringLiteral("claim.txt"));
+    const QString claim = prepared("claim.txt");
     writeText(claim, QStringLiteral("<STX>610066<FS>C2PAYME\n<FS>D2000003\n"));
     QProcess tvrx;
     {
-        RunningSwitch running(directory(), prepared.rules());
+        RunningSwitch running(directory(), rules());
         ASSERT_TRUE(running.started());
-        tvrx.start(kTvrx,
-                   {QStringLiteral("exchange"), QStringLiteral("--dir"), directory(), claim});
+        tvrx.start(kTvrx, {"exchange", "--dir", directory(), claim});
         ASSERT_TRUE(tvrx.waitForFinished(kWaitMs));
         EXPECT_EQ(tvrx.exitCode(), 0) << tvrx.readAllStandardError().toStdString();
         EXPECT_EQ(QString::fromUtf8(tvrx.readAllStandardOutput()), kPaid + QLatin1Char('\n'));
-        EXPECT_TRUE(running.waitForLine(QStringLiteral("paid.txt")));
+        EXPECT_TRUE(running.waitForLine("paid.txt"));
     }
 
     tvrx.setReadChannel(QProcess::StandardError);
-    tvrx.start(kTvrx, {QStringLiteral("exchange"), QStringLiteral("--dir"), directory(), claim});
+    tvrx.start(kTvrx, {"exchange", "--dir", directory(), claim});
     QByteArray waiting;
     while (!waiting.contains("Looking for response") && tvrx.waitForReadyRead(kWaitMs)) {
         waiting += tvrx.readAllStandardError();
@@ -167,28 +159,28 @@ TEST_F(SwitchTest, TvrxExchangePrintsTheAnswerOrWithdrawsOnCtrlC) {
 }
 
 TEST_F(SwitchTest, ProgramsRefuseWhatCannotServe) {
-    writeText(prepared.path(QStringLiteral("no-otherwise.txt")), "if X then paid.txt\n");
-    writeText(prepared.path(QStringLiteral("bad.txt")), "if <FOO> then paid.txt\n");
-    const QString file = prepared.path(QStringLiteral("paid.txt"));
-    const QString missing = directory() + QStringLiteral("/missing");
+    writeText(prepared("no-otherwise.txt"), "if X then paid.txt\n");
+    writeText(prepared("bad.txt"), "if <FOO> then paid.txt\n");
+    const QString file = prepared("paid.txt");
+    const QString missing = directory() + "/missing";
     const struct {
         QString program;
         QStringList args;
         int exitCode;
         const char* message;
     } cases[] = {
-        {kSwitch, {"--dir", missing, "--rules", prepared.rules()}, 1, "does not exist"},
-        {kSwitch, {"--dir", file, "--rules", prepared.rules()}, 1, "is not a directory"},
-        {kSwitch, {"--dir", directory(), "--rules", prepared.path("none.txt")}, 1, "cannot read"},
+        {kSwitch, {"--dir", missing, "--rules", rules()}, 1, "does not exist"},
+        {kSwitch, {"--dir", file, "--rules", rules()}, 1, "is not a directory"},
+        {kSwitch, {"--dir", directory(), "--rules", prepared("none.txt")}, 1, "cannot read"},
         {kSwitch,
-         {"--dir", directory(), "--rules", prepared.path("no-otherwise.txt")},
+         {"--dir", directory(), "--rules", prepared("no-otherwise.txt")},
          1,
          "the last rule must be 'otherwise FILE'"},
-        {kSwitch, {"--dir", directory(), "--rules", prepared.path("bad.txt")}, 1, "line 1: "},
+        {kSwitch, {"--dir", directory(), "--rules", prepared("bad.txt")}, 1, "line 1: "},
         {kSwitch, {"--dir", directory()}, 2, "--rules is required"},
         {kTvrx, {"exchange", "--dir", missing, file}, 1, "does not exist"},
         {kTvrx,
-         {"exchange", "--dir", directory(), prepared.path("bad.txt")},
+         {"exchange", "--dir", directory(), prepared("bad.txt")},
          1,
          "bad.txt: position 4: unknown tag <FOO>"},
         {kTvrx, {"exchange", "--dir", directory()}, 2, "which claim file?"},
