@@ -1,5 +1,6 @@
 #include "session/ErrorNumbers.h"
 #include "support/ExchangeFixture.h"
+#include "support/Notation.h"
 #include "support/SessionFixture.h"
 
 #include <sys/stat.h>
@@ -11,20 +12,14 @@ namespace {
 const QString kRequest = QStringLiteral("03140926.clm");
 const QString kResponse = QStringLiteral("03140926.RSP");
 const QString kTemporary = QStringLiteral(".03140926.clm.tmp");
-const QString kClaim = QStringLiteral(
-    "\x02"
-    "610066"
-    "\x1c"
-    "AM01");
-const QByteArray kAnswer = QByteArrayLiteral(
-    "\x02"
-    "610066"
-    "\x1d"
-    "PAID");
 const QString kExceeded = QStringLiteral("Exceeded time. Still looking for response ...");
 const QColor kRed(255, 0, 0);
 
-class ExchangeTest : public test::ExchangeFixture<test::SessionFixture> {};
+class ExchangeTest : public test::ExchangeFixture<test::SessionFixture> {
+protected:
+    const QString kClaim = test::notated("<STX>610066<FS>AM01");
+    const QByteArray kAnswer = test::notated("<STX>610066<GS>PAID").toLatin1();
+};
 
 unsigned modeOf(const QString& path) {
     struct stat status = {};
@@ -100,13 +95,10 @@ TEST_F(ExchangeTest, ResponseIsTakenAsSoonAsItLands) {
 
 TEST_F(ExchangeTest, ResponseWrittenSlowlyInPlaceIsReadWhole) {
     auto writer = std::make_shared<QFile>(pathOf(kResponse));
-    const QList<QByteArray> pieces{
-        "\x02"
-        "610066",
-        "\x1d"
-        "PAID",
-        "\x1c"
-        "F5000123"};
+    QList<QByteArray> pieces;
+    for (const char* piece : {"<STX>610066", "<GS>PAID", "<FS>F5000123"}) {
+        pieces << test::notated(piece).toLatin1();
+    }
     face->beforeTick(2, [&] {
         ASSERT_TRUE(writer->open(QIODevice::WriteOnly));
         writer->write(pieces[0]);

@@ -4,6 +4,7 @@
 #include "session/ErrorNumbers.h"
 #include "session/Session.h"
 #include "support/ExchangeFixture.h"
+#include "support/Notation.h"
 #include "support/SchemaFixture.h"
 
 #include <QTemporaryDir>
@@ -95,13 +96,8 @@ class ClaimRecordTest : public test::ExchangeFixture<test::SchemaFixture> {};
 TEST_P(ClaimRecordTest, RowsKeepTheTextsFlagsAndServerTimeAndAnAbortWithdrawsNone) {
     Wrapper wrapper;
     wrapper.setConnection(db);
-    const QString body = QStringLiteral(
-        "\x1c"
-        "C2O'BRIEN'S\x1e"
-        "AM07");
-    const QString header = QStringLiteral(
-        "\x02"
-        "610066'51B1");
+    const QString body = test::notated("<FS>C2O'BRIEN'S<RS>AM07");
+    const QString header = test::notated("<STX>610066'51B1");
     wrapper.AddClaimRecord(12, false, true, false, body, header);
     wrapper.AddClaimRecord(13, true, false, true, QStringLiteral("it's paid"), QString());
     face->abortAfterTicks(1);

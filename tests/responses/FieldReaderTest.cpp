@@ -1,6 +1,6 @@
 #include "responses/FieldReader.h"
-#include "session/ClaimNotation.h"
 #include "session/Encodings.h"
+#include "support/Notation.h"
 #include "support/QtPrinters.h"
 #include "support/SessionFixture.h"
 
@@ -28,13 +28,11 @@ TEST_F(FieldReaderTest, ReadsEveryValueAsGetFieldDoes) {
         "<FS>FQA<GS>B<RS>C<FS>FQ",
         "free text<FS>D2<RS><RS><FS>AN",
     };
-    const QLatin1StringView codes[] = {QLatin1StringView("F4"), QLatin1StringView("F3"),
-                                       QLatin1StringView("FQ"), QLatin1StringView("AN"),
-                                       QLatin1StringView("D2"), QLatin1StringView("ZZ")};
     for (const char* notation : notations) {
-        const QString text = *fromNotation(QString::fromLatin1(notation)).text;
+        const QString text = test::notated(notation);
         const response::FieldReader reader(text);
-        for (const QLatin1StringView code : codes) {
+        for (const char* name : {"F4", "F3", "FQ", "AN", "D2", "ZZ"}) {
+            const QLatin1StringView code(name);
             EXPECT_EQ(reader.value(code).toString(), getField(QString(code), text))
                 << notation << " " << code.data();
             EXPECT_EQ(reader.find(code), text.indexOf(QChar(28) + QString(code)) + 1);
@@ -60,7 +58,7 @@ TEST_F(FieldReaderTest, LeavesTextsPastGetFieldsReachToGetField) {
 }
 
 TEST_F(FieldReaderTest, AGroupsLastFieldRunsIntoTheClosingButKeepsNone) {
-    const QString group = *fromNotation(QStringLiteral("1<FS>FYSEE NOTE:<FS>E4DD")).text;
+    const QString group = test::notated("1<FS>FYSEE NOTE:<FS>E4DD");
     const response::FieldReader reader(group, QLatin1StringView(":"));
     EXPECT_EQ(reader.value(QLatin1StringView("E4")), u"DD");
     EXPECT_EQ(reader.value(QLatin1StringView("FY")), u"SEE NOTE:");

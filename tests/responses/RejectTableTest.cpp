@@ -24,7 +24,7 @@ protected:
         return {{"75", "Prior authorisation needed (new wording)"}};
     }
 
-    const QString rejected = text(QStringLiteral("<STX>32000<GS>R0175"));
+    const QString rejected = test::notated("<STX>32000<GS>R0175");
 };
 
 TEST_F(RejectTableTest, KeptRowsServeLaterDecodingsWithoutAStatement) {
@@ -86,10 +86,7 @@ TEST_F(RejectTableTest, CodesCompareWithoutLetterCaseEvenBeyondASCII) {
         {"EZ", ""},
     };
     for (const auto& c : cases) {
-        const QString claim = QStringLiteral(
-                                  "\x02"
-                                  "32000\x1dR01") +
-                              QString::fromLatin1(c.code);
+        const QString claim = test::notated("<STX>32000<GS>R01") + QString::fromLatin1(c.code);
         EXPECT_EQ(firstDescription(claim), QString::fromLatin1(c.description)) << c.code;
     }
 }

@@ -18,27 +18,47 @@ namespace {
 // decodes its texts one after the other on one object ("@name" is a shipped sample) and
 // names the values it expects afterwards; the result is True and no box or report appears
 // unless it says otherwise. "lookup" makes the lookup database "missing", "empty" or
-// "no-table" first.
+// "no-table" first. Every shipped sample is also a case of its own, decoded alone, whose
+// every value is written down in tests/responses/expected/<sample>.json.
 struct ResponseCase {
-    QString layout;
-    qsizetype index;
+    std::string label;
     QJsonObject data;
+    bool whole = false;  // every member of the outcome is expected, not only those named
 };
 
 void PrintTo(const ResponseCase& responseCase, std::ostream* out) {
     *out << responseCase.data.value(QStringLiteral("name")).toString().toStdString();
 }
 
+QJsonDocument jsonFile(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return QJsonDocument::fromJson(file.readAll());
+}
+
+QFileInfoList filesIn(const char* folder, const QString& pattern) {
+    return QDir(QStringLiteral(TVRX_SOURCE_DIR) + folder).entryInfoList({pattern}, QDir::Files);
+}
+
 std::vector<ResponseCase> responseCases() {
     std::vector<ResponseCase> cases;
-    const QDir folder(QStringLiteral(TVRX_SOURCE_DIR "/tests/responses/cases"));
-    for (const QFileInfo& info : folder.entryInfoList({QStringLiteral("*.json")}, QDir::Files)) {
-        QFile file(info.filePath());
-        if (!file.open(QIODevice::ReadOnly)) continue;
-        const QJsonArray list = QJsonDocument::fromJson(file.readAll()).array();
+    for (const QFileInfo& info : filesIn("/tests/responses/cases", QStringLiteral("*.json"))) {
+        const QJsonArray list = jsonFile(info.filePath()).array();
         for (qsizetype i = 0; i < list.size(); ++i) {
-            cases.push_back({info.completeBaseName(), i, list.at(i).toObject()});
+            const std::string label = info.completeBaseName().toStdString();
+            cases.push_back({label + "_" + std::to_string(i + 1), list.at(i).toObject()});
         }
+    }
+    for (const QFileInfo& info : filesIn("/samples/responses", QStringLiteral("*.txt"))) {
+        const QString name = info.completeBaseName();
+        const QJsonObject data{
+            {QStringLiteral("name"), name},
+            {QStringLiteral("texts"), QJsonArray{QLatin1Char('@') + name}},
+            {QStringLiteral("expect"),
+             jsonFile(QStringLiteral(TVRX_SOURCE_DIR "/tests/responses/expected/") + name +
+                      QStringLiteral(".json"))
+                 .object()}};
+        cases.push_back({"sample_" + name.toStdString(), data, true});
     }
     return cases;
 }
@@ -53,7 +73,7 @@ protected:
     }
 
     static QString claimOf(const QString& entry) {
-        return entry.startsWith(u'@') ? sample(entry.mid(1)) : text(entry);
+        return entry.startsWith(u'@') ? sample(entry.mid(1)) : test::notated(entry);
     }
 };
 
@@ -68,20 +88,19 @@ TEST_P(ResponseCasesTest, DecodesAsExpected) {
         result = decode(response, claimOf(entry.toString()));
     }
     QJsonObject expected = data.value(QStringLiteral("expect")).toObject();
-    if (!expected.contains(QStringLiteral("result")))
-        expected.insert(QStringLiteral("result"), true);
-    if (!expected.contains(QStringLiteral("boxes")))
-        expected.insert(QStringLiteral("boxes"), QJsonArray());
-    if (!expected.contains(QStringLiteral("reports")))
-        expected.insert(QStringLiteral("reports"), QJsonArray());
-    EXPECT_EQ(test::jsonDifferences(expected, outcome(response, result), test::Members::Named),
-              QString());
+    const QJsonObject unless{{QStringLiteral("result"), true},
+                             {QStringLiteral("boxes"), QJsonArray()},
+                             {QStringLiteral("reports"), QJsonArray()}};
+    for (const QString& key : unless.keys()) {
+        if (!expected.contains(key)) expected.insert(key, unless.value(key));
+    }
+    const auto members = GetParam().whole ? test::Members::All : test::Members::Named;
+    EXPECT_EQ(test::jsonDifferences(expected, outcome(response, result), members), QString());
 }
 
 INSTANTIATE_TEST_SUITE_P(Layouts, ResponseCasesTest, ::testing::ValuesIn(responseCases()),
                          [](const ::testing::TestParamInfo<ResponseCase>& caseInfo) {
-                             std::string name = caseInfo.param.layout.toStdString() + "_" +
-                                                std::to_string(caseInfo.param.index + 1);
+                             std::string name = caseInfo.param.label;
                              for (char& c : name) c = c == '-' ? '_' : c;
                              return name;
                          });

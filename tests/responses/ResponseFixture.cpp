@@ -66,12 +66,6 @@ void ResponseFixture::writeLookup(const QList<RejectRow>& rows, bool withRejectT
     build.Execute(QStringLiteral("COMMIT"));
 }
 
-QString ResponseFixture::text(const QString& notation) {
-    const NotationResult read = fromNotation(notation);
-    EXPECT_TRUE(read) << read.error.toStdString();
-    return read.text.value_or(QString());
-}
-
 QString ResponseFixture::sample(const QString& name) {
     const NotationResult read =
         readResponseFile(QStringLiteral(TVRX_SOURCE_DIR "/samples/responses/") + name + ".txt");

@@ -2,6 +2,7 @@
 
 #include "responses/clsClaimResponse.h"
 #include "session/AppConfig.h"
+#include "support/Notation.h"
 #include "support/QtPrinters.h"
 #include "support/SessionFixture.h"
 
@@ -37,8 +38,6 @@ protected:
     void writeLookup(const QList<RejectRow>& rows, bool withRejectTable = true);
     QString lookupPath() const;
 
-    // A response text in the readable notation.
-    static QString text(const QString& notation);
     // A shipped sample response text, by its file name without ".txt".
     static QString sample(const QString& name);
 
