@@ -28,26 +28,13 @@ QString readAll(std::FILE* file) {
     return QString::fromUtf8(bytes);
 }
 
-TEST_F(TransmitWaitTest, CountsToTheDelayThenTurnsRedAndReportsTheCountersOverflow) {
+// What the wait shows second by second is read from the console's drawing of it below.
+TEST_F(TransmitWaitTest, TicksEverySecondAndReportsTheCountersOverflow) {
     frmTransmit form;
     form.Delay = 60;
     form.Form_Load();
-    EXPECT_EQ(form.Label1.Caption, QStringLiteral("Transmitting Claim"));
-    EXPECT_EQ(form.cmdAbort.Caption, QStringLiteral("ABORT"));
-    EXPECT_EQ(form.lblStatus.Caption, QStringLiteral("Looking for response ..."));
-    EXPECT_EQ(form.ProgressBar1.Max, 60);
     EXPECT_TRUE(form.Timer1.Enabled);
     EXPECT_EQ(form.Timer1.Interval, 1000);
-
-    for (int tick = 0; tick < 60; ++tick) form.Timer1_Timer();
-    EXPECT_EQ(form.ProgressBar1.Value, 60);
-    EXPECT_FALSE(form.lblStatus.ForeColor.isValid());
-    form.Timer1_Timer();
-    EXPECT_EQ(form.lblStatus.Caption,
-              QStringLiteral("Exceeded time. Still looking for response ..."));
-    EXPECT_EQ(form.lblStatus.ForeColor, QColor(255, 0, 0));
-    EXPECT_EQ(form.ProgressBar1.Value, 60);
-
     while (form.tickCounter() < std::numeric_limits<qint16>::max()) form.Timer1_Timer();
     EXPECT_TRUE(reporter->reports().isEmpty());
     form.Timer1_Timer();
@@ -64,6 +51,7 @@ TEST_F(TransmitWaitTest, ConsoleDrawsOneLiveLineOnATerminal) {
     } cases[] = {
         {0, "\r\x1b[KTransmitting Claim [--------------------] 0/60 s Looking for response ..."},
         {30, "\r\x1b[KTransmitting Claim [##########----------] 30/60 s Looking for response ..."},
+        {60, "\r\x1b[KTransmitting Claim [####################] 60/60 s Looking for response ..."},
         {61,
          "\r\x1b[KTransmitting Claim [####################] 61 s "
          "\x1b[31mExceeded time. Still looking for response ...\x1b[0m"},
@@ -78,6 +66,7 @@ TEST_F(TransmitWaitTest, ConsoleDrawsOneLiveLineOnATerminal) {
         for (int tick = 0; tick < c.ticks; ++tick) form.Timer1_Timer();
         face.refresh(form);
         EXPECT_EQ(readAll(out), QString::fromUtf8(c.line));
+        EXPECT_EQ(form.lblStatus.ForeColor == QColor(255, 0, 0), c.ticks > 60) << c.ticks;
         std::fclose(out);
     }
 }
