@@ -20,7 +20,6 @@ TEST_F(WrapperTest, StartsWithOnePrescriptionUnderNoKeyAndTheLookupOpen) {
     Wrapper wrapper;
     ASSERT_EQ(wrapper.colRX()->Count(), 1);
     EXPECT_EQ(wrapper.colRX()->keyAt(1), QString());
-    EXPECT_EQ(wrapper.PrintDevice(), QString());
     ASSERT_TRUE(mdlMain::LookupConnection);
     EXPECT_EQ(mdlMain::LookupConnection->State(), 1);
 }

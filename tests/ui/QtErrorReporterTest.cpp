@@ -40,11 +40,6 @@ protected:
         return entries;
     }
 
-    void reportPriceTableFailure() {
-        reporter->ReportError("Error getting price table", "200", "Debug", 40,
-                              "TVRX1.mdlMain.GetPrice", "", true, false, true, true);
-    }
-
     QTemporaryDir folder;
     std::shared_ptr<QtErrorReporter> reporter;
 };
@@ -66,7 +61,8 @@ TEST_F(QtErrorReporterTest, ScreenShowsTheFailureAndSendsCommentsOnlyWhenAsked) 
     };
     for (const Case& c : cases) {
         QFile::remove(reporter->logPath());
-        reportPriceTableFailure();
+        reporter->ReportError("Error getting price table", "200", "Debug", 40,
+                              "TVRX1.mdlMain.GetPrice", "", true, false, true, true);
         auto screen = reporter->makeScreen(reporter->lastReport());
         EXPECT_EQ(screen->summary(),
                   "Error getting price table (error 200 in TVRX1.mdlMain.GetPrice)");
