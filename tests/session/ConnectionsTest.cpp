@@ -21,7 +21,7 @@ protected:
     void SetUp() override {
         DatabaseFixture::SetUp();
         if (IsSkipped() || HasFatalFailure()) return;
-        createTable(QStringLiteral("CREATE TABLE Store (Name @TEXT@, Phone @TEXT@, Email @TEXT@)"));
+        createTable("CREATE TABLE Store (Name @TEXT@, Phone @TEXT@, Email @TEXT@)");
     }
     static DbConnection& rxdb() { return mdlMain::catalogue().RxDB(); }
     QStringList assigned() const {
@@ -41,8 +41,7 @@ TEST_P(ConnectionsTest, StartErrorsFillsTheReporterInOrder) {
     EXPECT_EQ(assigned(), application);
 
     reporter->clear();
-    db->Execute(
-        QStringLiteral("INSERT INTO Store (Name, Phone) VALUES ('Main St Pharmacy', '555-0100')"));
+    db->Execute("INSERT INTO Store (Name, Phone) VALUES ('Main St Pharmacy', '555-0100')");
     mdlMain::MainConnection = db;
     EXPECT_TRUE(mdlMain::StartErrors());
     const QStringList store{"StoreEMail=", "StoreName=Main St Pharmacy", "StorePhone=555-0100"};
@@ -63,7 +62,7 @@ TEST_P(ConnectionsTest, StartErrorsOnALostLinkShowsTheTimedOutBoxOnly) {
 }
 
 TEST_P(ConnectionsTest, StartErrorsReportsOtherFailuresAndCarriesOn) {
-    db->Execute(QStringLiteral("DROP TABLE Store"));
+    db->Execute("DROP TABLE Store");
     mdlMain::MainConnection = db;
     EXPECT_TRUE(mdlMain::StartErrors());
     QStringList numbers;
@@ -75,14 +74,13 @@ TEST_P(ConnectionsTest, StartErrorsReportsOtherFailuresAndCarriesOn) {
 }
 
 TEST_P(ConnectionsTest, ConnectionReopensTheCataloguesConnectionEveryTime) {
-    mdlMain::setConnection(db, QStringLiteral("clsDoc:Connection"));
+    mdlMain::setConnection(db, "clsDoc:Connection");
     ASSERT_EQ(rxdb().State(), 1);
     EXPECT_EQ(rxdb().ConnectionString(), connectionString());
-    rxdb().Execute(QStringLiteral("CREATE TEMPORARY TABLE Marker (A integer)"));
-    mdlMain::setConnection(connect(), QStringLiteral("clsDoc:Connection"));
+    rxdb().Execute("CREATE TEMPORARY TABLE Marker (A integer)");
+    mdlMain::setConnection(connect(), "clsDoc:Connection");
     EXPECT_EQ(rxdb().State(), 1);
-    EXPECT_EQ(caught([] { rxdb().Execute(QStringLiteral("SELECT A FROM Marker")); }).number,
-              err::StatementError)
+    EXPECT_EQ(caught([] { rxdb().Execute("SELECT A FROM Marker"); }).number, err::StatementError)
         << "a session of its own after reopening";
     EXPECT_NE(mdlMain::MainConnection, db);
     EXPECT_TRUE(reporter->reports().isEmpty());
@@ -99,7 +97,7 @@ TEST_P(ConnectionsTest, PatientReopensOnlyAfterStartErrorsSucceeded) {
         auto main = connect();
         main->failNextStatement(err::LostLink);
         user->answerMsgBox(Answer::OK);
-        mdlMain::setConnection(main, QStringLiteral("clsPatient:Connection"), c.variant);
+        mdlMain::setConnection(main, "clsPatient:Connection", c.variant);
         EXPECT_EQ(rxdb().State(), c.rxdbState);
     }
 }
@@ -116,15 +114,14 @@ TEST_P(ConnectionsTest, CheckConnectionReopensWhatFellClosed) {
              "and restart the application. If this problem persists contact technical support.",
              "0", "warning", "1", config.Title}));
 
-    mdlMain::setConnection(db, QStringLiteral("Wrapper:Connection"));
+    mdlMain::setConnection(db, "Wrapper:Connection");
     loseLink(*db);
-    EXPECT_EQ(caught([&] { db->Scalar(QStringLiteral("SELECT COUNT(*) FROM Store")); }).number,
-              err::LostLink);
+    EXPECT_EQ(caught([&] { db->Scalar("SELECT COUNT(*) FROM Store"); }).number, err::LostLink);
     rxdb().Close();
     EXPECT_TRUE(mdlMain::CheckConnection());
     EXPECT_EQ(db->State(), 1);
     EXPECT_EQ(rxdb().State(), 1);
-    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM Store")).toInt(), 0);
+    EXPECT_EQ(db->Scalar("SELECT COUNT(*) FROM Store").toInt(), 0);
 }
 
 TVRX_BACKENDS(ConnectionsTest);
@@ -146,7 +143,8 @@ protected:
     AppConfig saved_;
 };
 
-TEST_F(ConnectLookupTest, MissingFileShowsTheBoxOnEveryCall) {
+// The box comes on every call while the file is missing; once it is there it opens for reading.
+TEST_F(ConnectLookupTest, MissingFileShowsTheBoxOnEveryCallThenOpensForReadingOnly) {
     for (int call = 0; call < 2; ++call) {
         user->answerMsgBox(Answer::OK);
         EXPECT_FALSE(mdlMain::ConnectLookup());
@@ -157,27 +155,20 @@ TEST_F(ConnectLookupTest, MissingFileShowsTheBoxOnEveryCall) {
         QStringList({"Required data file, datalookup.db, not found. Contact technical support.\r\n"
                      "Phone - 000-555-0199. Tessivar will not function properly.",
                      "0", "critical", "1", appConfig().ProductName}));
-}
 
-TEST_F(ConnectLookupTest, OpensTheFileForReadingOnly) {
     {
-        DbConnection build(folder_.filePath(QStringLiteral("datalookup.db")));
+        DbConnection build(folder_.filePath("datalookup.db"));
         build.Open();
-        build.Execute(QStringLiteral("PRAGMA journal_mode=DELETE"));
-        build.Execute(QStringLiteral("CREATE TABLE Conflict (Code TEXT, Description TEXT)"));
-        build.Execute(
-            QStringLiteral("INSERT INTO Conflict VALUES ('DD', 'Drug-Drug Interaction')"));
+        build.Execute("PRAGMA journal_mode=DELETE");
+        build.Execute("CREATE TABLE Conflict (Code TEXT, Description TEXT)");
+        build.Execute("INSERT INTO Conflict VALUES ('DD', 'Drug-Drug Interaction')");
     }
     EXPECT_TRUE(mdlMain::ConnectLookup());
     EXPECT_TRUE(mdlMain::ConnectLookup());
     DbConnection& lookup = *mdlMain::LookupConnection;
-    EXPECT_EQ(
-        lookup.Scalar(QStringLiteral("Select Description From Conflict Where Code = ?"), {"DD"})
-            .toString(),
-        "Drug-Drug Interaction");
-    EXPECT_EQ(test::DatabaseFixture::caught([&] {
-                  lookup.Execute(QStringLiteral("DELETE FROM Conflict"));
-              }).number,
+    EXPECT_EQ(lookup.Scalar("Select Description From Conflict Where Code = ?", {"DD"}).toString(),
+              "Drug-Drug Interaction");
+    EXPECT_EQ(test::DatabaseFixture::caught([&] { lookup.Execute("DELETE FROM Conflict"); }).number,
               err::StatementError);
 }
 

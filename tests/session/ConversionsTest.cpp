@@ -187,9 +187,13 @@ void checkNamedFunctions(const char* heading, const std::map<QString, Outcome<do
     }
 }
 
-TEST(ConversionsTest, ValReadsTheLeadingNumber) {
+TEST(ConversionsTest, ValReadsTheLeadingNumberAndTrimmingRemovesBlanksOnly) {
     checkColumns<QString>("## Numeric value of a text: `Val`", texts,
                           {{"Result", outcome<Val, QString>}});
+    checkColumns<QString>("## Trimming: `Trim`, `LTrim`, `RTrim`", texts,
+                          {{"Trim", outcome<Trim, QString>},
+                           {"LTrim", outcome<LTrim, QString>},
+                           {"RTrim", outcome<RTrim, QString>}});
 }
 
 TEST(ConversionsTest, StrictNumbersFailWhereTheRuntimeFails) {
@@ -203,27 +207,25 @@ TEST(ConversionsTest, StrictNumbersFailWhereTheRuntimeFails) {
          {"ToBoolean", outcome<ToBoolean, QVariant>}});
 }
 
-TEST(ConversionsTest, NarrowingADoubleRoundsThenChecksTheRange) {
+TEST(ConversionsTest, NarrowingRoundingAndTextOfADouble) {
     checkColumns<double>(
         "### A double into a 16-bit or 32-bit member: `IntegerFromDouble`, `LongFromDouble`",
         numbers,
         {{"IntegerFromDouble", outcome<IntegerFromDouble, double>},
          {"LongFromDouble", outcome<LongFromDouble, double>}});
-}
-
-TEST(ConversionsTest, RoundingGoesToTheEvenNeighbour) {
-    checkNamedFunctions("## Rounding", {{"RoundHalfEven", outcome<RoundHalfEven, double>},
-                                        {"WholeHundredths", outcome<WholeHundredths, double>},
-                                        {"WholeThousandths", outcome<WholeThousandths, double>},
-                                        {"RoundCurrency", outcome<RoundCurrency, double>}});
-}
-
-TEST(ConversionsTest, DefaultTextOfADouble) {
-    checkNamedFunctions("## Number to text",
-                        {{"NumberText", outcome<NumberText, double>},
-                         {"NumberTextSigned", outcome<NumberTextSigned, double>},
-                         {"NumberTextRTrimmed", outcome<NumberTextRTrimmed, double>},
-                         {"PlainNumber", outcome<PlainNumber, double>}});
+    checkColumns<double>("## Currency form: `FormatCurrency`", numbers,
+                         {{"Text", outcome<FormatCurrency, double>}});
+    const std::map<QString, Outcome<double>> named{
+        {"RoundHalfEven", outcome<RoundHalfEven, double>},
+        {"WholeHundredths", outcome<WholeHundredths, double>},
+        {"WholeThousandths", outcome<WholeThousandths, double>},
+        {"RoundCurrency", outcome<RoundCurrency, double>},
+        {"NumberText", outcome<NumberText, double>},
+        {"NumberTextSigned", outcome<NumberTextSigned, double>},
+        {"NumberTextRTrimmed", outcome<NumberTextRTrimmed, double>},
+        {"PlainNumber", outcome<PlainNumber, double>}};
+    checkNamedFunctions("## Rounding", named);
+    checkNamedFunctions("## Number to text", named);
 }
 
 TEST(ConversionsTest, NumberPictures) {
@@ -240,14 +242,11 @@ TEST(ConversionsTest, NumberPictures) {
     }
 }
 
-TEST(ConversionsTest, CurrencyForm) {
-    checkColumns<double>("## Currency form: `FormatCurrency`", numbers,
-                         {{"Text", outcome<FormatCurrency, double>}});
-}
-
-TEST(ConversionsTest, StrictDates) {
+TEST(ConversionsTest, StrictDatesAndTheDefaultTextOfADate) {
     checkColumns<QVariant>("### Strict conversion: `ToDate`", inputs,
                            {{"Date", outcome<ToDate, QVariant>}});
+    checkColumns<QDateTime>("### Default text of a date: `DateTimeText`", dateTimes,
+                            {{"Text", outcome<DateTimeText, QDateTime>}});
     EXPECT_EQ(ToDate(QVariant(46095.25)).timeSpec(), Qt::LocalTime);
     EXPECT_EQ(ZeroDate(), QDateTime(QDate(1899, 12, 30), QTime(0, 0)));
 }
@@ -266,18 +265,6 @@ TEST(ConversionsTest, DatePictures) {
         }
     }
     EXPECT_EQ(FormatDate(QDateTime(), "MM/DD/YYYY"), "");
-}
-
-TEST(ConversionsTest, DefaultTextOfADate) {
-    checkColumns<QDateTime>("### Default text of a date: `DateTimeText`", dateTimes,
-                            {{"Text", outcome<DateTimeText, QDateTime>}});
-}
-
-TEST(ConversionsTest, TrimmingRemovesBlanksOnly) {
-    checkColumns<QString>("## Trimming: `Trim`, `LTrim`, `RTrim`", texts,
-                          {{"Trim", outcome<Trim, QString>},
-                           {"LTrim", outcome<LTrim, QString>},
-                           {"RTrim", outcome<RTrim, QString>}});
 }
 
 }  // namespace

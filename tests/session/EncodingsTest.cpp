@@ -1,8 +1,8 @@
 #include "session/ClaimNotation.h"
+#include "session/DataRows.h"
 #include "session/Encodings.h"
 #include "support/SessionFixture.h"
 
-#include <QFile>
 #include <QMetaType>
 
 #include <charconv>
@@ -66,10 +66,7 @@ const std::map<QString, Call>& calls() {
           {0},
           [](const QStringList& in) -> QStringList {
               QString text = claim(in[0]);
-              bool isWidth = false;
-              const qint16 width = in[1].toShort(&isWidth);
-              EXPECT_TRUE(isWidth) << in[1].toStdString();
-              const QString result = FixedLength(text, width, claim(in[2]));
+              const QString result = FixedLength(text, qint16(number(in[1])), claim(in[2]));
               return {toNotation(result), toNotation(text)};
           }}},
         {"OverPunch",
@@ -110,15 +107,9 @@ const std::map<QString, Call>& calls() {
 using EncodingsTest = test::SessionFixture;
 
 TEST_F(EncodingsTest, EveryRowOfTheDataFile) {
-    QFile file(QStringLiteral(TVRX_SOURCE_DIR "/tests/data/encodings.tsv"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Text));
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
-    int rows = 0;
-    for (qsizetype line = 0; line < lines.size(); ++line) {
-        if (lines[line].isEmpty() || lines[line].startsWith(u'#')) continue;
-        SCOPED_TRACE(
-            QStringLiteral("encodings.tsv:%1: %2").arg(line + 1).arg(lines[line]).toStdString());
-        QStringList cells = lines[line].split(u'\t');
+    for (const test::DataRow& row : test::dataRows(QStringLiteral("encodings.tsv"))) {
+        SCOPED_TRACE(row.where);
+        QStringList cells = row.cells;
         const auto call = calls().find(cells.takeFirst());
         ASSERT_NE(call, calls().end()) << "unknown function";
         const Call& c = call->second;
@@ -129,7 +120,6 @@ TEST_F(EncodingsTest, EveryRowOfTheDataFile) {
             EXPECT_TRUE(cell == cell.trimmed())
                 << "write a blank at either end of a field as <x20>";
         }
-        ++rows;
 
         const QStringList inputs = cells.mid(0, c.inputs);
         const QStringList actual = c.run(inputs);
@@ -153,47 +143,40 @@ TEST_F(EncodingsTest, EveryRowOfTheDataFile) {
             << "failures reported";
         reporter->clear();
     }
-    EXPECT_GT(rows, 0);
 }
 
 // Position 32767 is the last a 16-bit position reaches; the scans are long generated texts.
 TEST_F(EncodingsTest, GetFieldReportsFailuresOfItsArithmetic) {
-    struct Report {
-        QString number;
-        int fieldPos;
-        int fieldLen;
-    };
-    struct Case {
+    const QString value = claim("<FS>C9ABC");
+    const struct {
         const char* what;
         QString scan;
         std::optional<QString> expected;
-        QList<Report> reports;
-    };
-    const QString value = claim("<FS>C9ABC");
-    const Case cases[] = {
+        QList<std::pair<int, int>> overflows;  // the field position and length each shows
+    } cases[] = {
         {"last position that works", QString(32763, u'x') + value, "ABC", {}},
-        {"value starts past 32767", QString(32764, u'x') + value, std::nullopt, {{"6", 32765, 3}}},
+        {"value starts past 32767", QString(32764, u'x') + value, std::nullopt, {{32765, 3}}},
         {"search start past 32767",
          QString(32766, u'x') + value,
          std::nullopt,
-         {{"6", 32767, 0}, {"6", 32767, 0}}},
-        {"field past 32767", QString(32767, u'x') + value, std::nullopt, {{"6", 0, 0}}},
-        {"value longer than 32767", value + QString(32768, u'x'), "", {{"6", 1, 0}}},
+         {{32767, 0}, {32767, 0}}},
+        {"field past 32767", QString(32767, u'x') + value, std::nullopt, {{0, 0}}},
+        {"value longer than 32767", value + QString(32768, u'x'), "", {{1, 0}}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         QString separator;
         QString scan = c.scan;
         EXPECT_EQ(GetField(QStringLiteral("C9"), {}, separator, scan), c.expected);
-        ASSERT_EQ(reporter->reports().size(), c.reports.size());
-        for (qsizetype i = 0; i < c.reports.size(); ++i) {
+        ASSERT_EQ(reporter->reports().size(), c.overflows.size());
+        for (qsizetype i = 0; i < c.overflows.size(); ++i) {
             const ErrorReport& report = reporter->reports().at(i);
-            EXPECT_EQ(report.number, c.reports.at(i).number);
+            EXPECT_EQ(report.number, "6");
             EXPECT_EQ(report.location, "mdlMain:GetField");
             EXPECT_EQ(report.details, QStringLiteral("Scan: %1, Field Pos: %2, Field Len: %3")
                                           .arg(scan)
-                                          .arg(c.reports.at(i).fieldPos)
-                                          .arg(c.reports.at(i).fieldLen));
+                                          .arg(c.overflows.at(i).first)
+                                          .arg(c.overflows.at(i).second));
         }
         reporter->clear();
     }

@@ -32,14 +32,13 @@ TEST_P(SamplePharmacyTest, LoadsEveryRowOnceAndKeepsItsValues) {
     const SampleLoad again = loadSamplePharmacy(*db);
     EXPECT_FALSE(again.loaded);
     EXPECT_FALSE(again.occupiedTable.isEmpty());
-    EXPECT_EQ(count(QStringLiteral("SELECT COUNT(*) FROM PATIENT")), 12);
+    EXPECT_EQ(count("SELECT COUNT(*) FROM PATIENT"), 12);
 
-    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT LastName FROM PATIENT WHERE PatientID = 11")),
-              QVariant(QStringLiteral("O'Donnell")));
-    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT Date FROM RXINFO WHERE RXInfoID = 1")),
+    EXPECT_EQ(db->Scalar("SELECT LastName FROM PATIENT WHERE PatientID = 11"),
+              QVariant("O'Donnell"));
+    EXPECT_EQ(db->Scalar("SELECT Date FROM RXINFO WHERE RXInfoID = 1"),
               QVariant(QDateTime(QDate(2026, 1, 8), QTime(9, 14, 27))));
-    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT BIN FROM INSURANCE WHERE Form = '32'")),
-              QVariant(QStringLiteral("004410")));
+    EXPECT_EQ(db->Scalar("SELECT BIN FROM INSURANCE WHERE Form = '32'"), QVariant("004410"));
 }
 
 // The sample stands for a working pharmacy: what the text promises is there, and every
@@ -54,8 +53,8 @@ TEST_P(SamplePharmacyTest, IsASmallConsistentPharmacy) {
         {"one store", "SELECT COUNT(*) FROM Store", 1},
         {"options row 1", "SELECT COUNT(*) FROM Options WHERE OptionsID = 1", 1},
         {"a dozen patients, each covered",
-         "SELECT COUNT(*) FROM PATIENT p WHERE EXISTS (SELECT 1 FROM PATINS i WHERE i.PatientID = "
-         "p.PatientID)",
+         "SELECT COUNT(*) FROM PATIENT p "
+         "WHERE EXISTS (SELECT 1 FROM PATINS i WHERE i.PatientID = p.PatientID)",
          12},
         {"plans in forms 32, 40, 51",
          "SELECT COUNT(DISTINCT Form) FROM INSURANCE WHERE Form IN ('32', '40', '51')", 3},
@@ -68,27 +67,25 @@ TEST_P(SamplePharmacyTest, IsASmallConsistentPharmacy) {
          "(SELECT 1 FROM PriceTableInfo b WHERE b.PriceTableID = t.PriceTableID)",
          0},
         {"fills whose patient, prescriber, drug, coverage or plan is missing",
-         "SELECT COUNT(*) FROM RXINFO r WHERE NOT EXISTS (SELECT 1 FROM PATIENT p WHERE "
-         "p.PatientID = r.PatientID) "
+         "SELECT COUNT(*) FROM RXINFO r "
+         "WHERE NOT EXISTS (SELECT 1 FROM PATIENT p WHERE p.PatientID = r.PatientID) "
          "OR NOT EXISTS (SELECT 1 FROM PHYSIC d WHERE d.MDID = r.MDID) "
          "OR NOT EXISTS (SELECT 1 FROM DRUG g WHERE g.DrugID = r.DrugID) "
-         "OR NOT EXISTS (SELECT 1 FROM PATINS i WHERE i.PatInsID = r.PatInsID AND i.PatientID = "
-         "r.PatientID "
-         "AND i.InsID = r.InsID)",
+         "OR NOT EXISTS (SELECT 1 FROM PATINS i WHERE i.PatInsID = r.PatInsID "
+         "AND i.PatientID = r.PatientID AND i.InsID = r.InsID)",
          0},
         {"refills without their original",
          "SELECT COUNT(*) FROM RXINFO r WHERE RefillNumber > 0 AND NOT EXISTS "
          "(SELECT 1 FROM RXINFO o WHERE o.Number = r.Number AND o.RefillNumber = 0)",
          0},
         {"coverage of a missing plan or patient",
-         "SELECT COUNT(*) FROM PATINS i WHERE NOT EXISTS (SELECT 1 FROM INSURANCE s WHERE s.InsID "
-         "= i.InsID) "
+         "SELECT COUNT(*) FROM PATINS i "
+         "WHERE NOT EXISTS (SELECT 1 FROM INSURANCE s WHERE s.InsID = i.InsID) "
          "OR NOT EXISTS (SELECT 1 FROM PATIENT p WHERE p.PatientID = i.PatientID)",
          0},
         {"price tables of drugs and plans that do not exist",
-         "SELECT COUNT(*) FROM DRUG g WHERE NOT EXISTS (SELECT 1 FROM PriceTable t WHERE "
-         "t.PriceTableID = "
-         "g.PriceTableID)",
+         "SELECT COUNT(*) FROM DRUG g "
+         "WHERE NOT EXISTS (SELECT 1 FROM PriceTable t WHERE t.PriceTableID = g.PriceTableID)",
          0},
     };
     for (const auto& check : checks)
@@ -106,13 +103,10 @@ TEST_P(SamplePharmacyTest, NewKeysComeAfterTheSamplesKeys) {
 }
 
 TEST_P(SamplePharmacyTest, ARaggedFileIsRefused) {
-    const auto failure = caught([&] {
-        loadTabSeparated(*db, QStringLiteral("Store"),
-                         QStringLiteral("StoreID\tName\n1\tOne\n2\n"));
-    });
+    const auto failure =
+        caught([&] { loadTabSeparated(*db, "Store", "StoreID\tName\n1\tOne\n2\n"); });
     EXPECT_NE(failure.number, 0);
-    EXPECT_TRUE(failure.description.contains(QStringLiteral("line 3")))
-        << failure.description.toStdString();
+    EXPECT_TRUE(failure.description.contains("line 3")) << failure.description.toStdString();
 }
 
 TVRX_BACKENDS(SamplePharmacyTest);
