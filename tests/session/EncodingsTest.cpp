@@ -1,6 +1,6 @@
 #include "session/ClaimNotation.h"
-#include "session/DataRows.h"
 #include "session/Encodings.h"
+#include "support/DataRows.h"
 #include "support/SessionFixture.h"
 
 #include <QMetaType>

@@ -1,6 +1,6 @@
-#include "session/DataRows.h"
 #include "session/Failure.h"
 #include "session/Schema.h"
+#include "support/DataRows.h"
 #include "support/SchemaFixture.h"
 
 #include <QDateTime>
