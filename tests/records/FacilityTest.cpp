@@ -23,8 +23,13 @@ TEST_P(FacilityTest, EveryPropertyIsStoredAndReadBackAsTyped) {
     facility.GetData();
     EXPECT_EQ(facility.Name, "");
 
-    test::expectEveryColumnWrittenAndRead(*db, facilityColumns(), &Facility::FacilityID, id, {},
-                                          {{"DateChanged", {}, clock->now(), clock->now()}},
+    using C = Facility;
+    const std::vector<test::Member<C>> members{
+        &C::FacilityID,   &C::Name,  &C::AddressL1, &C::AddressL2, &C::City,
+        &C::State,        &C::Zip,   &C::Phone,     &C::Fax,       &C::Contact,
+        &C::ContactPhone, &C::Notes, &C::UserName,  &C::Password,  {}};
+    test::expectEveryColumnWrittenAndRead(*db, facilityColumns(), members, &Facility::FacilityID,
+                                          id, {}, {{"DateChanged", {}, clock->now(), clock->now()}},
                                           facility);
 }
 

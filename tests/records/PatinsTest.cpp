@@ -44,7 +44,24 @@ TEST_P(PatinsTest, InsertMakesAnEmptyRowThatUpdateFillsAndGetDataReads) {
         {"InsID", plan},
         {"InsCode", "TYPED", "TYPED", "ACME"},
     };
-    test::expectEveryColumnWrittenAndRead(*db, patinsColumns(), &PATINS::PatInsID,
+    using C = PATINS;
+    const std::vector<test::Member<C>> members{{},
+                                               &C::OPatInsID,
+                                               &C::PatientID,
+                                               &C::InsCode,
+                                               &C::GroupNumber,
+                                               &C::InsuranceGroup,
+                                               &C::Relationship,
+                                               &C::CardNumber,
+                                               &C::SubscribersName,
+                                               &C::ExpDate,
+                                               &C::PersonNumber,
+                                               &C::Location,
+                                               &C::OtherCoverage,
+                                               &C::OtherPayerCoverageType,
+                                               &C::OtherPayerAmountPaidQualifier,
+                                               &C::Clarification};
+    test::expectEveryColumnWrittenAndRead(*db, patinsColumns(), members, &PATINS::PatInsID,
                                           inserted.PatInsID, {}, cases, inserted);
     PATINS read;
     read.PatInsID = inserted.PatInsID;

@@ -31,7 +31,23 @@ TEST_P(clsDocTest, EveryPropertyIsStoredAndReadBackInItsOwnForm) {
         {"DateChanged", {}, clock->now(), clock->now()},
     };
     clsDoc written;
-    test::expectEveryColumnWrittenAndRead(*db, docColumns(), &clsDoc::MDID, id, {}, cases, written);
+    using C = clsDoc;
+    const std::vector<test::Member<C>> members{&C::MDID,         &C::LastName,
+                                               &C::FirstName,    &C::MI,
+                                               &C::Title,        &C::AddressLine1,
+                                               &C::AddressLine2, &C::City,
+                                               &C::State,        &C::Zip,
+                                               &C::Telephone,    &C::Telephone2,
+                                               &C::FaxNumber,    &C::DateLastSeen,
+                                               &C::Practice,     &C::Comments,
+                                               &C::DoctorCode,   &C::DEA,
+                                               &C::StateLic,     &C::Provider1,
+                                               &C::Provider2,    &C::NumberOfScripts,
+                                               &C::PriceAmount,  &C::CostAmount,
+                                               &C::LastRxDate,   &C::EMail,
+                                               &C::ImportID,     {}};
+    test::expectEveryColumnWrittenAndRead(*db, docColumns(), members, &clsDoc::MDID, id, {}, cases,
+                                          written);
 }
 
 // A null date reads as the zero date and is written like any other.
