@@ -24,10 +24,10 @@ TEST_P(FacilityTest, EveryPropertyIsStoredAndReadBackAsTyped) {
     EXPECT_EQ(facility.Name, "");
 
     using C = Facility;
-    const std::vector<test::Member<C>> members{
-        &C::FacilityID,   &C::Name,  &C::AddressL1, &C::AddressL2, &C::City,
-        &C::State,        &C::Zip,   &C::Phone,     &C::Fax,       &C::Contact,
-        &C::ContactPhone, &C::Notes, &C::UserName,  &C::Password,  {}};
+    const auto members =
+        test::members<C>(&C::FacilityID, &C::Name, &C::AddressL1, &C::AddressL2, &C::City,
+                         &C::State, &C::Zip, &C::Phone, &C::Fax, &C::Contact, &C::ContactPhone,
+                         &C::Notes, &C::UserName, &C::Password, nullptr);
     test::expectEveryColumnWrittenAndRead(*db, facilityColumns(), members, &Facility::FacilityID,
                                           id, {}, {{"DateChanged", {}, clock->now(), clock->now()}},
                                           facility);

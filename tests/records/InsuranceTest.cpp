@@ -22,16 +22,13 @@ TEST_P(InsuranceTest, UpdateThenGetDataGivesBackEveryMember) {
     };
     clsINSURANCE written;
     using C = clsINSURANCE;
-    const std::vector<test::Member<C>> members{
-        &C::InsCode,      &C::Name,        &C::Address,    &C::City,       &C::State,
-        &C::Zip,          &C::Phone,       &C::Fax,        &C::Notes,      &C::Contact,
-        &C::Fee,          &C::FeePS,       &C::Copay,      &C::CopayPS,    &C::GenericFee,
-        &C::GenericCopay, &C::GenCopayPS,  &C::DaysSupply, &C::Basis,      &C::Form,
-        &C::ID,           &C::Invoice,     &C::UandC,      &C::PatCopay,   &C::DoctorID,
-        &C::OnLineLimit,  &C::OnLinePhone, &C::Device,     &C::ModemSpeed, &C::DB,
-        &C::SB,           &C::Parity,      &C::BIN,        &C::ProcNumb,   &C::BrandPT,
-        &C::GenericPT,    &C::OnLine,      &C::Internet,   &C::VendorID,   &C::ClaimFields,
-        &C::IDQualifier};
+    const auto members = test::members<C>(
+        &C::InsCode, &C::Name, &C::Address, &C::City, &C::State, &C::Zip, &C::Phone, &C::Fax,
+        &C::Notes, &C::Contact, &C::Fee, &C::FeePS, &C::Copay, &C::CopayPS, &C::GenericFee,
+        &C::GenericCopay, &C::GenCopayPS, &C::DaysSupply, &C::Basis, &C::Form, &C::ID, &C::Invoice,
+        &C::UandC, &C::PatCopay, &C::DoctorID, &C::OnLineLimit, &C::OnLinePhone, &C::Device,
+        &C::ModemSpeed, &C::DB, &C::SB, &C::Parity, &C::BIN, &C::ProcNumb, &C::BrandPT,
+        &C::GenericPT, &C::OnLine, &C::Internet, &C::VendorID, &C::ClaimFields, &C::IDQualifier);
     test::expectEveryColumnWrittenAndRead(*db, insuranceColumns(), members, &clsINSURANCE::InsID,
                                           key, {.trueStored = 1}, cases, written);
 }

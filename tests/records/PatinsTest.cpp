@@ -45,22 +45,11 @@ TEST_P(PatinsTest, InsertMakesAnEmptyRowThatUpdateFillsAndGetDataReads) {
         {"InsCode", "TYPED", "TYPED", "ACME"},
     };
     using C = PATINS;
-    const std::vector<test::Member<C>> members{{},
-                                               &C::OPatInsID,
-                                               &C::PatientID,
-                                               &C::InsCode,
-                                               &C::GroupNumber,
-                                               &C::InsuranceGroup,
-                                               &C::Relationship,
-                                               &C::CardNumber,
-                                               &C::SubscribersName,
-                                               &C::ExpDate,
-                                               &C::PersonNumber,
-                                               &C::Location,
-                                               &C::OtherCoverage,
-                                               &C::OtherPayerCoverageType,
-                                               &C::OtherPayerAmountPaidQualifier,
-                                               &C::Clarification};
+    const auto members = test::members<C>(
+        nullptr, &C::OPatInsID, &C::PatientID, &C::InsCode, &C::GroupNumber, &C::InsuranceGroup,
+        &C::Relationship, &C::CardNumber, &C::SubscribersName, &C::ExpDate, &C::PersonNumber,
+        &C::Location, &C::OtherCoverage, &C::OtherPayerCoverageType,
+        &C::OtherPayerAmountPaidQualifier, &C::Clarification);
     test::expectEveryColumnWrittenAndRead(*db, patinsColumns(), members, &PATINS::PatInsID,
                                           inserted.PatInsID, {}, cases, inserted);
     PATINS read;

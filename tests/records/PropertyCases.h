@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <type_traits>
@@ -103,7 +104,7 @@ struct ColumnCase {
 // or kept behind a setter, which the description's own property stands for.
 template <class Record>
 struct Member {
-    Member() = default;
+    Member(std::nullptr_t) {}
     template <class T>
     Member(T Record::*member)
         : set([member](Record& r, const QVariant& v) { r.*member = v.value<T>(); }),
@@ -111,6 +112,11 @@ struct Member {
     std::function<void(Record&, const QVariant&)> set;
     std::function<QVariant(const Record&)> get;
 };
+
+template <class Record, class... Members>
+std::vector<Member<Record>> members(Members... each) {
+    return {Member<Record>(each)...};
+}
 
 // A value of its own for the n-th column: a text with blanks at both ends and a quote,
 // numbers and dates that differ from column to column, alternating flags.

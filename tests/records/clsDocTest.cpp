@@ -32,20 +32,12 @@ TEST_P(clsDocTest, EveryPropertyIsStoredAndReadBackInItsOwnForm) {
     };
     clsDoc written;
     using C = clsDoc;
-    const std::vector<test::Member<C>> members{&C::MDID,         &C::LastName,
-                                               &C::FirstName,    &C::MI,
-                                               &C::Title,        &C::AddressLine1,
-                                               &C::AddressLine2, &C::City,
-                                               &C::State,        &C::Zip,
-                                               &C::Telephone,    &C::Telephone2,
-                                               &C::FaxNumber,    &C::DateLastSeen,
-                                               &C::Practice,     &C::Comments,
-                                               &C::DoctorCode,   &C::DEA,
-                                               &C::StateLic,     &C::Provider1,
-                                               &C::Provider2,    &C::NumberOfScripts,
-                                               &C::PriceAmount,  &C::CostAmount,
-                                               &C::LastRxDate,   &C::EMail,
-                                               &C::ImportID,     {}};
+    const auto members = test::members<C>(
+        &C::MDID, &C::LastName, &C::FirstName, &C::MI, &C::Title, &C::AddressLine1,
+        &C::AddressLine2, &C::City, &C::State, &C::Zip, &C::Telephone, &C::Telephone2,
+        &C::FaxNumber, &C::DateLastSeen, &C::Practice, &C::Comments, &C::DoctorCode, &C::DEA,
+        &C::StateLic, &C::Provider1, &C::Provider2, &C::NumberOfScripts, &C::PriceAmount,
+        &C::CostAmount, &C::LastRxDate, &C::EMail, &C::ImportID, nullptr);
     test::expectEveryColumnWrittenAndRead(*db, docColumns(), members, &clsDoc::MDID, id, {}, cases,
                                           written);
 }
