@@ -11,7 +11,7 @@ namespace tvrx::test {
 
 // A database with a patient (7), a prescriber (3) and a drug (5, price table 22, generic)
 // for fills to point to; each test adds its own fills as tab-separated rows.
-class PrescriptionFixture : public SchemaFixture {
+class PrescriptionFixture : public NoStrayReports<SchemaFixture> {
 protected:
     void SetUp() override {
         SchemaFixture::SetUp();

@@ -2,7 +2,6 @@
 
 #include "records/PlanFixture.h"
 #include "session/ColumnTable.h"
-#include "session/Conversions.h"
 #include "session/ErrorNumbers.h"
 
 namespace tvrx {
@@ -12,54 +11,26 @@ using Kind = ScriptedUserInteraction::Kind;
 
 class InsuranceTest : public test::PlanFixture {};
 
-// A value of its own for the n-th property: a text with a quote, an amount with five
-// decimals, alternating flags.
-QVariant valueFor(ValueType type, const QString& name, int n) {
-    switch (type) {
-        case ValueType::Currency:
-            return n + 0.12345;
-        case ValueType::Text:
-            return name + QStringLiteral(" '") + QString::number(n);
-        case ValueType::Boolean:
-            return n % 2 == 0;
-        default:
-            return n;
-    }
-}
-
-// A plan with every member set, as the host would fill one.
-clsINSURANCE fullPlan() {
-    clsINSURANCE plan;
-    int n = 0;
-    for (const auto& column : insuranceColumns().columns())
-        column.property.set(plan, valueFor(column.property.type, column.name, ++n));
-    plan.Zip = QString::fromLatin1("73072\0\0\0\0\0", 10);
-    plan.Notes = QStringLiteral("line one\r\nline two");
-    plan.OnLine = true;
-    return plan;
-}
-
+// Every member is written as it is held and read back: currency to four places, a zip code
+// without its NUL padding, and a switch as 1, as its bit-like column keeps it.
 TEST_P(InsuranceTest, UpdateThenGetDataGivesBackEveryMember) {
-    clsINSURANCE written = fullPlan();
-    written.InsID = static_cast<qint16>(Procedures::newKey(*db, QStringLiteral("NewInsurance")));
-    written.Update();
-
-    clsINSURANCE read;
-    read.InsID = written.InsID;
-    ASSERT_TRUE(read.GetData());
-    EXPECT_TRUE(reporter->reports().isEmpty());
-    clsINSURANCE expected = written;
-    expected.Zip = QStringLiteral("73072");  // character 0 is never stored
-    for (double* amount :
-         {&expected.Fee, &expected.Copay, &expected.GenericFee, &expected.GenericCopay}) {
-        *amount = conv::RoundCurrency(*amount);  // currency keeps four places
-    }
-    for (const auto& column : insuranceColumns().columns()) {
-        EXPECT_EQ(column.property.get(read), column.property.get(expected))
-            << column.name.toStdString();
-    }
-    EXPECT_EQ(column("OnLine", read.InsID).toInt(), 1) << "joined behind \"0\", so stored as 1";
-    EXPECT_EQ(column("Deleted", read.InsID).toInt(), 0);
+    const qint16 key = static_cast<qint16>(Procedures::newKey(*db, "NewInsurance"));
+    const std::vector<test::ColumnCase> cases{
+        {"Zip", test::nulPadded("73072"), "73072", "73072"},
+        {"Notes", "line one\r\nline two"},
+        {"Fee", 1.23456, 1.2346, 1.2346},
+    };
+    clsINSURANCE written;
+    using C = clsINSURANCE;
+    const auto members = test::members<C>(
+        &C::InsCode, &C::Name, &C::Address, &C::City, &C::State, &C::Zip, &C::Phone, &C::Fax,
+        &C::Notes, &C::Contact, &C::Fee, &C::FeePS, &C::Copay, &C::CopayPS, &C::GenericFee,
+        &C::GenericCopay, &C::GenCopayPS, &C::DaysSupply, &C::Basis, &C::Form, &C::ID, &C::Invoice,
+        &C::UandC, &C::PatCopay, &C::DoctorID, &C::OnLineLimit, &C::OnLinePhone, &C::Device,
+        &C::ModemSpeed, &C::DB, &C::SB, &C::Parity, &C::BIN, &C::ProcNumb, &C::BrandPT,
+        &C::GenericPT, &C::OnLine, &C::Internet, &C::VendorID, &C::ClaimFields, &C::IDQualifier);
+    test::expectEveryColumnWrittenAndRead(*db, insuranceColumns(), members, &clsINSURANCE::InsID,
+                                          key, {.trueStored = 1}, cases, written);
 }
 
 TEST_P(InsuranceTest, NullsReadAsDefaultsAndANegativeNumberIsOneReport) {
@@ -73,8 +44,8 @@ TEST_P(InsuranceTest, NullsReadAsDefaultsAndANegativeNumberIsOneReport) {
     plan.Copay = 7;
     plan.InsID = key;
     EXPECT_TRUE(plan.GetData());
-    EXPECT_EQ(failuresOf(QStringLiteral("clsINSURANCE:GetData")),
-              std::vector<long>{err::TypeMismatch});
+    EXPECT_EQ(takeReports(),
+              QStringList{test::reportOf("clsINSURANCE:GetData", err::TypeMismatch)});
     EXPECT_EQ(plan.Copay, 7) << "the failed column keeps its value";
     EXPECT_EQ(plan.Fee, 0);
     EXPECT_FALSE(plan.DaysSupply);
@@ -98,7 +69,6 @@ TEST_P(InsuranceTest, DeleteKeepsTheRowAndUpdateLeavesItDeleted) {
     plan.Update();
     EXPECT_EQ(column("Name", key).toString(), "Renamed");
     EXPECT_EQ(column("Deleted", key).toInt(), 1);
-    EXPECT_TRUE(reporter->reports().isEmpty());
 }
 
 TEST_P(InsuranceTest, FindByBinAndPcnFindsValuesAsTyped) {
@@ -124,7 +94,6 @@ TEST_P(InsuranceTest, FindByBinAndPcnFindsValuesAsTyped) {
         EXPECT_EQ(result, c.found != 0) << c.bin << "/" << c.pcn;
         EXPECT_EQ(plan.InsID, c.found) << c.bin << "/" << c.pcn;
     }
-    EXPECT_TRUE(reporter->reports().isEmpty());
 }
 
 // Moves the plans' key counter so that the next new key is 40,001.
@@ -144,27 +113,30 @@ TEST_P(InsuranceTest, AKeyAbove32767OverflowsTheSixteenBitMember) {
     user->answerMsgBox(Answer::No);
     bool foundExisting = false;
     EXPECT_EQ(plan.Insert(QStringLiteral("4512345"), foundExisting), 0);
-    EXPECT_EQ(failuresOf(QStringLiteral("clsINSURANCE:Insert")), std::vector<long>{err::Overflow});
+    EXPECT_EQ(takeReports(), QStringList{test::reportOf("clsINSURANCE:Insert", err::Overflow)});
     EXPECT_TRUE(column("ID", 40001).isNull()) << "the new row stays empty";
 
-    reporter->clear();
     db->Execute(
         QStringLiteral("UPDATE INSURANCE SET BIN = 'B', ProcNumb = 'P' WHERE InsID = 40001"));
     plan.InsID = 0;
     EXPECT_FALSE(plan.FindByBinAndPcn(QStringLiteral("B"), QStringLiteral("P")));
-    EXPECT_EQ(failuresOf(QStringLiteral("clsINSURANCE:FindByBinAndPcn")),
-              std::vector<long>{err::Overflow});
+    EXPECT_EQ(takeReports(),
+              QStringList{test::reportOf("clsINSURANCE:FindByBinAndPcn", err::Overflow)});
 }
 
-// Answers for: use the lookup, the method, the search text, and (for a search) the pick.
+// Answers for: use the lookup, the method, the search text, (for a search that finds
+// plans) the pick, and the box that says nothing was found.
 void lookupScript(ScriptedUserInteraction& user, int method, const QString& text,
-                  std::optional<int> pick = std::nullopt) {
+                  std::optional<int> pick = std::nullopt, const QString& box = {}) {
     user.answerMsgBox(Answer::Yes);
     user.answerChoose(method);
-    user.answerInputBox(text);
-    if (method != 3 && !text.trimmed().isEmpty()) user.answerPickRow(pick);
+    if (method != 4) user.answerInputBox(text);
+    if (box.isEmpty() && method != 3 && !text.trimmed().isEmpty()) user.answerPickRow(pick);
+    if (!box.isEmpty()) user.answerMsgBox(Answer::OK);
 }
 
+// Without the lookup a new plan holds the pharmacy's defaults; a plan the object held
+// already is read and returned when the lookup is cancelled.
 TEST_P(InsuranceTest, InsertWithoutTheLookupMakesAPlanOfDefaults) {
     user->answerMsgBox(Answer::No);
     bool foundExisting = false;
@@ -189,45 +161,73 @@ TEST_P(InsuranceTest, InsertWithoutTheLookupMakesAPlanOfDefaults) {
     EXPECT_EQ(read.OnLineLimit, 1);
     EXPECT_TRUE(read.DaysSupply && read.UandC && read.OnLine && read.Internet);
     EXPECT_FALSE(read.PatCopay);
-    EXPECT_EQ(read.BIN, "");
-    EXPECT_TRUE(reporter->reports().isEmpty());
+
+    db->Execute(QStringLiteral("UPDATE INSURANCE SET Name = 'Held'"));
+    lookupScript(*user, 4, {});
+    plan.InsID = static_cast<qint16>(key);
+    EXPECT_EQ(plan.Insert(QStringLiteral("4512345"), foundExisting), key);
+    EXPECT_EQ(plan.Name, "Held");
 }
 
+// Each kind of search fills a new plan from the directory's row it finds; a search that
+// finds nothing, is declined or cancelled creates nothing.
 TEST_P(InsuranceTest, InsertFillsANewPlanFromEachKindOfSearch) {
     const struct {
         const char* what;
         int method;
         QString text;
-        std::optional<int> pick;
-        QString bin, procNumb, insCode, form, name;
-        qint16 limit;
+        std::optional<int> pick = std::nullopt;
+        QString box = {};  // the information box shown, if any
+        QString name = {}, bin = {}, procNumb = {}, insCode = {}, form = {};  // no name: no plan
+        qint16 limit = 0;
     } cases[] = {
-        {"by name", 1, "acme", 0, "610011", "ACME RX", "ABC07", "3A", "ACME HEALTH PLAN", 4},
-        {"by BIN", 2, "  6102 ", 0, "610222", "PCN1234567", "BLUERIVE07", "51",
-         "BLUE RIVER PHARMACY", 1},
-        {"by name, second of two", 1, "plan", 1, "610333", "", "CEDAR07", "51",
-         "CEDAR CARE 50% PLAN", 3},
-        {"BIN and PCN with blanks", 3, " 610011 , ACME RX ", std::nullopt, "610011", "ACME RX",
-         "ABC07", "3A", "ACME HEALTH PLAN", 4},
+        {"by name", 1, "acme", 0, "", "ACME HEALTH PLAN", "610011", "ACME RX", "ABC07", "3A", 4},
+        {"by BIN", 2, "  6102 ", 0, "", "BLUE RIVER PHARMACY", "610222", "PCN1234567", "BLUERIVE07",
+         "51", 1},
+        {"by name, second of two", 1, "plan", 1, "", "CEDAR CARE 50% PLAN", "610333", "", "CEDAR07",
+         "51", 3},
+        {"BIN and PCN with blanks", 3, " 610011 , ACME RX ", std::nullopt, "", "ACME HEALTH PLAN",
+         "610011", "ACME RX", "ABC07", "3A", 4},
+        {"no comma", 3, "610011 ACME RX", std::nullopt,
+         "BIN and PCN not entered in proper format. Enter in the format: 'BIN,PCN'"},
+        {"not in the directory", 3, "999999, NOPE"},
+        {"pick declined", 1, "acme"},
+        {"no name matches", 1, "zzz", std::nullopt,
+         "No plan in the plan directory matches \"zzz\"."},
+        {"percent taken literally", 1, "R%P", std::nullopt,
+         "No plan in the plan directory matches \"R%P\"."},
+        {"cancelled", 4, ""},
+        {"blank BIN", 2, "   "},
     };
     clock->set(QDateTime(QDate(2026, 7, 9), QTime(10, 0)));
     for (const auto& c : cases) {
-        lookupScript(*user, c.method, c.text, c.pick);
+        SCOPED_TRACE(c.what);
+        const qsizetype boxesBefore = user->callsOf(Kind::MsgBox).size();
+        lookupScript(*user, c.method, c.text, c.pick, c.box);
         clsINSURANCE plan;
         bool foundExisting = false;
         const qint32 key = plan.Insert(QStringLiteral("4512345"), foundExisting);
-        ASSERT_GT(key, 0) << c.what;
         EXPECT_FALSE(foundExisting);
+        const auto boxes = user->callsOf(Kind::MsgBox);
+        EXPECT_EQ(boxes.size() > boxesBefore + 1 ? boxes.last().text() : QString(), c.box);
+        if (c.method == 3 && !c.box.isEmpty()) {
+            EXPECT_EQ(boxes.last().title(), "Tessivar");
+        }
+        EXPECT_EQ(planCount(), c.name.isEmpty() ? 0 : 1);
+        if (c.name.isEmpty()) {
+            EXPECT_EQ(key, 0);
+            continue;
+        }
         clsINSURANCE read;
         read.InsID = static_cast<qint16>(key);
-        ASSERT_TRUE(read.GetData()) << c.what;
-        EXPECT_EQ(read.BIN, c.bin) << c.what;
-        EXPECT_EQ(read.ProcNumb, c.procNumb) << c.what;
-        EXPECT_EQ(read.InsCode, c.insCode) << c.what;
-        EXPECT_EQ(read.Form, c.form) << c.what;
-        EXPECT_EQ(read.Name, c.name) << c.what;
-        EXPECT_EQ(read.OnLineLimit, c.limit) << c.what;
-        EXPECT_EQ(read.ID, "4512345") << c.what;
+        ASSERT_TRUE(read.GetData());
+        EXPECT_EQ(read.BIN, c.bin);
+        EXPECT_EQ(read.ProcNumb, c.procNumb);
+        EXPECT_EQ(read.InsCode, c.insCode);
+        EXPECT_EQ(read.Form, c.form);
+        EXPECT_EQ(read.Name, c.name);
+        EXPECT_EQ(read.OnLineLimit, c.limit);
+        EXPECT_EQ(read.ID, "4512345");
         if (c.method == 3) {
             EXPECT_EQ(read.Notes,
                       "CARRIER: , STATUS: ACTIVE, PBM: NONE, VERSION: D.0\r\n"
@@ -247,7 +247,6 @@ TEST_P(InsuranceTest, InsertFillsANewPlanFromEachKindOfSearch) {
         choice.args.mid(0, 5),
         (QStringList{"&Plan Name, &BIN, BIN &And Processor, &Cancel", "4", "1",
                      "Choose Lookup Method", "Choose your method of insurance lookup below."}));
-    EXPECT_TRUE(reporter->reports().isEmpty());
 }
 
 TEST_P(InsuranceTest, InsertMeetsThePlanThatIsThereAlready) {
@@ -266,6 +265,7 @@ TEST_P(InsuranceTest, InsertMeetsThePlanThatIsThereAlready) {
         {"deleted, leave it", 1, Answer::No, false, false, false, 1},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
         const qint16 existing = addPlan(QStringLiteral("610011"), QStringLiteral("ACME RX"),
                                         QStringLiteral("Old Acme"), c.deleted);
         const qlonglong before = planCount();
@@ -274,16 +274,16 @@ TEST_P(InsuranceTest, InsertMeetsThePlanThatIsThereAlready) {
         clsINSURANCE plan;
         bool foundExisting = false;
         const qint32 key = plan.Insert(QStringLiteral("4512345"), foundExisting);
-        EXPECT_EQ(planCount(), before + (c.newRow ? 1 : 0)) << c.what;
-        EXPECT_EQ(key == existing, c.sameKey) << c.what;
-        EXPECT_EQ(key == 0, !c.newRow && !c.sameKey) << c.what;
-        EXPECT_EQ(foundExisting, c.foundExisting) << c.what;
-        EXPECT_EQ(column("Deleted", existing).toInt(), c.deletedAfter) << c.what;
+        EXPECT_EQ(planCount(), before + (c.newRow ? 1 : 0));
+        EXPECT_EQ(key == existing, c.sameKey);
+        EXPECT_EQ(key == 0, !c.newRow && !c.sameKey);
+        EXPECT_EQ(foundExisting, c.foundExisting);
+        EXPECT_EQ(column("Deleted", existing).toInt(), c.deletedAfter);
         const QString expectedName =
             c.deleted != 0 && c.answer == Answer::Yes ? "ACME HEALTH PLAN" : "Old Acme";
-        EXPECT_EQ(column("Name", existing).toString(), expectedName) << c.what;
+        EXPECT_EQ(column("Name", existing).toString(), expectedName);
         if (key == existing) {
-            EXPECT_EQ(plan.Name, expectedName) << c.what;
+            EXPECT_EQ(plan.Name, expectedName);
         }
 
         const auto box = user->callsOf(Kind::MsgBox).last();
@@ -298,65 +298,12 @@ TEST_P(InsuranceTest, InsertMeetsThePlanThatIsThereAlready) {
                                 : QStringLiteral(
                                       ". Click NO to cancel this lookup and go directly to "
                                       "the existing insurance or click YES to create anyway.");
-        EXPECT_EQ(box.text(), start + end) << c.what;
+        EXPECT_EQ(box.text(), start + end);
         EXPECT_EQ(box.args.mid(1), (QStringList{"4", iconName(Icon::Information), "2",
-                                                "TV Prescription Processing DLL"}))
-            << c.what;
+                                                "TV Prescription Processing DLL"}));
         db->Execute(QStringLiteral("DELETE FROM INSURANCE"));
         user->clear();
     }
-    EXPECT_TRUE(reporter->reports().isEmpty());
-}
-
-TEST_P(InsuranceTest, InsertThatFindsNothingCreatesNothing) {
-    const struct {
-        const char* what;
-        int method;
-        QString text;
-        std::optional<int> pick;
-        QString box;  // the information box shown, if any
-    } cases[] = {
-        {"no comma", 3, "610011 ACME RX", std::nullopt,
-         "BIN and PCN not entered in proper format. Enter in the format: 'BIN,PCN'"},
-        {"not in the directory", 3, "999999, NOPE", std::nullopt, ""},
-        {"pick declined", 1, "acme", std::nullopt, ""},
-        {"no name matches", 1, "zzz", std::nullopt,
-         "No plan in the plan directory matches \"zzz\"."},
-        {"percent taken literally", 1, "R%P", std::nullopt,
-         "No plan in the plan directory matches \"R%P\"."},
-        {"cancelled", 4, "", std::nullopt, ""},
-        {"blank BIN", 2, "   ", std::nullopt, ""},
-    };
-    for (const auto& c : cases) {
-        user->answerMsgBox(Answer::Yes);
-        user->answerChoose(c.method);
-        if (c.method != 4) user->answerInputBox(c.text);
-        if (c.box.isEmpty() && c.method != 3 && !c.text.trimmed().isEmpty())
-            user->answerPickRow(c.pick);
-        if (!c.box.isEmpty() && c.method == 1) user->answerMsgBox(Answer::OK);
-        if (!c.box.isEmpty() && c.method == 3) user->answerMsgBox(Answer::OK);
-        clsINSURANCE plan;
-        bool foundExisting = false;
-        EXPECT_EQ(plan.Insert(QStringLiteral("4512345"), foundExisting), 0) << c.what;
-        EXPECT_EQ(planCount(), 0) << c.what;
-        const auto boxes = user->callsOf(Kind::MsgBox);
-        EXPECT_EQ(boxes.size() > 1 ? boxes.last().text() : QString(), c.box) << c.what;
-        if (c.method == 3 && !c.box.isEmpty()) {
-            EXPECT_EQ(boxes.last().title(), "Tessivar");
-        }
-        user->clear();
-    }
-
-    const qint16 held = addPlan(QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("Held"));
-    user->answerMsgBox(Answer::Yes);
-    user->answerChoose(4);
-    clsINSURANCE plan;
-    plan.InsID = held;
-    bool foundExisting = false;
-    EXPECT_EQ(plan.Insert(QStringLiteral("4512345"), foundExisting), held)
-        << "a plan the object held already is read and returned";
-    EXPECT_EQ(plan.Name, "Held");
-    EXPECT_TRUE(reporter->reports().isEmpty());
 }
 
 TEST_P(InsuranceTest, InsertFromLookupAsksOnlyAboutADeletedPlan) {
@@ -380,28 +327,28 @@ TEST_P(InsuranceTest, InsertFromLookupAsksOnlyAboutADeletedPlan) {
         {"new", "610333", "", std::nullopt, -1, 1},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
         if (c.answer) user->answerMsgBox(*c.answer);
         const qlonglong before = planCount();
         clsINSURANCE plan;
         const qint32 key = plan.InsertFromLookup(QStringLiteral("4512345"), c.bin, c.pcn);
-        EXPECT_EQ(planCount(), before + c.newRows) << c.what;
+        EXPECT_EQ(planCount(), before + c.newRows);
         if (c.result >= 0) {
-            EXPECT_EQ(key, c.result) << c.what;
+            EXPECT_EQ(key, c.result);
         }
         if (c.result == -1) {
-            EXPECT_GT(key, gone) << c.what;
+            EXPECT_GT(key, gone);
         }
         if (key == active) {
             EXPECT_EQ(plan.Name, "") << "the object keeps the defaults";
         }
-        EXPECT_EQ(user->callsOf(Kind::MsgBox).size(), c.answer ? 1 : 0) << c.what;
+        EXPECT_EQ(user->callsOf(Kind::MsgBox).size(), c.answer ? 1 : 0);
         user->clear();
     }
     EXPECT_EQ(column("Deleted", gone).toInt(), 0);
     EXPECT_EQ(column("Name", gone).toString(), "BLUE RIVER PHARMACY");
     EXPECT_EQ(column("ProcNumb", gone).toString(), "PCN1234567");
     EXPECT_EQ(column("ClaimFields", gone).toString(), "");
-    EXPECT_TRUE(reporter->reports().isEmpty());
 }
 
 TVRX_BACKENDS(InsuranceTest);

@@ -26,62 +26,46 @@ protected:
     }
 };
 
+// The coverage reads its plan's code, name, version and claim fields, trimmed, whatever
+// code it wrote; the expiration date keeps its day.
 TEST_P(PatinsTest, InsertMakesAnEmptyRowThatUpdateFillsAndGetDataReads) {
     const qint16 plan = paddedPlan(QStringLiteral("CA,XMEDX"));
-    PATINS written;
-    written.Insert();
-    ASSERT_GT(written.PatInsID, 0);
-    EXPECT_EQ(written.InsID(), 0);
-    EXPECT_EQ(written.Clarification, "0");
-    EXPECT_EQ(written.OtherPayerCoverageType, "1");
-    EXPECT_EQ(written.OtherPayerAmountPaidQualifier, "7");
-    EXPECT_TRUE(stored("Clarification", written.PatInsID).isNull())
+    PATINS inserted;
+    inserted.Insert();
+    ASSERT_GT(inserted.PatInsID, 0);
+    EXPECT_EQ(inserted.InsID(), 0);
+    EXPECT_EQ(inserted.Clarification, "0");
+    EXPECT_EQ(inserted.OtherPayerCoverageType, "1");
+    EXPECT_EQ(inserted.OtherPayerAmountPaidQualifier, "7");
+    EXPECT_TRUE(stored("Clarification", inserted.PatInsID).isNull())
         << "until Update the members live only in the object";
 
-    written.setInsID(plan);
-    written.OPatInsID = 7;
-    written.PatientID = 12;
-    written.InsCode = QStringLiteral("TYPED");
-    written.GroupNumber = QStringLiteral("GR'P 1");
-    written.InsuranceGroup = QStringLiteral("IG");
-    written.Relationship = QStringLiteral("H");
-    written.CardNumber = QStringLiteral("SC448120931");
-    written.SubscribersName = QStringLiteral("JOHN O'BRIEN");
-    written.ExpDate = QDateTime(QDate(2027, 5, 31), QTime(16, 45, 10));
-    written.PersonNumber = QStringLiteral("02");
-    written.Location = QStringLiteral("L");
-    written.OtherCoverage = QStringLiteral("0");
-    written.Update();
-    EXPECT_TRUE(reporter->reports().isEmpty());
-    EXPECT_EQ(stored("InsCode", written.PatInsID).toString(), "TYPED") << "written, never read";
-
+    const std::vector<test::ColumnCase> cases{
+        {"InsID", plan},
+        {"InsCode", "TYPED", "TYPED", "ACME"},
+    };
+    using C = PATINS;
+    const auto members = test::members<C>(
+        nullptr, &C::OPatInsID, &C::PatientID, &C::InsCode, &C::GroupNumber, &C::InsuranceGroup,
+        &C::Relationship, &C::CardNumber, &C::SubscribersName, &C::ExpDate, &C::PersonNumber,
+        &C::Location, &C::OtherCoverage, &C::OtherPayerCoverageType,
+        &C::OtherPayerAmountPaidQualifier, &C::Clarification);
+    test::expectEveryColumnWrittenAndRead(*db, patinsColumns(), members, &PATINS::PatInsID,
+                                          inserted.PatInsID, {}, cases, inserted);
     PATINS read;
-    read.PatInsID = written.PatInsID;
-    ASSERT_TRUE(read.GetData());
-    EXPECT_TRUE(reporter->reports().isEmpty());
-    EXPECT_EQ(read.InsID(), plan);
-    EXPECT_EQ(read.InsCode, "ACME") << "the plan's code, trimmed";
+    read.PatInsID = inserted.PatInsID;
+    EXPECT_TRUE(read.GetData());
     EXPECT_EQ(read.Name(), "Acme Health");
     EXPECT_EQ(read.Version(), "51");
     EXPECT_EQ(read.ClaimFields, "CA,XMEDX");
     EXPECT_TRUE(read.Medicare);
-    EXPECT_EQ(read.OPatInsID, 7);
-    EXPECT_EQ(read.PatientID, 12);
-    EXPECT_EQ(read.GroupNumber, "GR'P 1") << "a quote is stored as typed";
-    EXPECT_EQ(read.InsuranceGroup, "IG");
-    EXPECT_EQ(read.Relationship, "H");
-    EXPECT_EQ(read.CardNumber, "SC448120931");
-    EXPECT_EQ(read.SubscribersName, "JOHN O'BRIEN");
-    EXPECT_EQ(read.ExpDate, QDateTime(QDate(2027, 5, 31), QTime(0, 0))) << "MM/DD/YYYY";
-    EXPECT_EQ(read.PersonNumber, "02");
-    EXPECT_EQ(read.Location, "L");
-    EXPECT_EQ(read.OtherCoverage, "0");
-    EXPECT_EQ(read.Clarification, "0");
-    EXPECT_EQ(read.OtherPayerCoverageType, "1");
-    EXPECT_EQ(read.OtherPayerAmountPaidQualifier, "7");
+    inserted.Delete();
+    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM PATINS")).toInt(), 0);
 }
 
-TEST_P(PatinsTest, NullsAndAnUnsetDate) {
+// A row of nulls and a missing row read alike, but for the missing row's report; neither
+// is a date, so the expiration date keeps its value.
+TEST_P(PatinsTest, NullsAndAMissingRowReadAsDefaults) {
     PATINS coverage;
     coverage.Insert();
     coverage.Update();
@@ -90,37 +74,25 @@ TEST_P(PatinsTest, NullsAndAnUnsetDate) {
     db->Execute(
         QStringLiteral("UPDATE PATINS SET ExpDate = NULL, PersonNumber = NULL, "
                        "InsID = NULL, PatientID = NULL, OPatInsID = NULL"));
-    PATINS read;
-    read.PatInsID = coverage.PatInsID;
-    read.ExpDate = QDateTime(QDate(2025, 1, 2), QTime(0, 0));
-    read.PatientID = 5;
-    read.OPatInsID = 6;
-    ASSERT_TRUE(read.GetData());
-    EXPECT_TRUE(reporter->reports().isEmpty());
-    EXPECT_EQ(read.ExpDate, QDateTime(QDate(2025, 1, 2), QTime(0, 0))) << "not a date: kept";
-    EXPECT_EQ(read.PersonNumber, "01");
-    EXPECT_EQ(read.PatientID, 0);
-    EXPECT_EQ(read.OPatInsID, 0);
-    EXPECT_EQ(read.InsCode, "MISSING");
-}
-
-TEST_P(PatinsTest, AMissingRowClearsTheMembersWithOneReport) {
-    PATINS coverage;
-    coverage.PatInsID = 4242;
-    coverage.GroupNumber = QStringLiteral("old");
-    coverage.PatientID = 3;
-    coverage.ExpDate = QDateTime(QDate(2025, 1, 2), QTime(0, 0));
-    EXPECT_FALSE(coverage.GetData());
-    EXPECT_EQ(coverage.InsCode, "MISSING");
-    EXPECT_EQ(coverage.Name(), "NEED TO RECHOOSE INSURANCE");
-    EXPECT_EQ(coverage.Version(), "NA");
-    EXPECT_EQ(coverage.PersonNumber, "01");
-    EXPECT_EQ(coverage.GroupNumber, "");
-    EXPECT_EQ(coverage.PatientID, 0);
-    EXPECT_EQ(coverage.ExpDate, QDateTime(QDate(2025, 1, 2), QTime(0, 0)));
-    EXPECT_EQ(failuresOf(QStringLiteral("PATINS:GetData")),
-              std::vector<long>{err::NoCurrentRecord});
-    EXPECT_EQ(reporter->reports().size(), 1);
+    for (const qint32 key : {coverage.PatInsID, 4242}) {
+        SCOPED_TRACE(key);
+        PATINS read;
+        read.PatInsID = key;
+        read.ExpDate = test::at(2025, 1, 2);
+        read.GroupNumber = QStringLiteral("old");
+        read.PatientID = 5;
+        read.OPatInsID = 6;
+        EXPECT_EQ(read.GetData(), key != 4242);
+        EXPECT_EQ(read.ExpDate, test::at(2025, 1, 2));
+        EXPECT_EQ(read.GroupNumber, "");
+        EXPECT_EQ(read.PersonNumber, "01");
+        EXPECT_EQ(read.PatientID, 0);
+        EXPECT_EQ(read.OPatInsID, 0);
+        EXPECT_EQ(read.InsCode, "MISSING");
+        EXPECT_EQ(read.Name(), "NEED TO RECHOOSE INSURANCE");
+        EXPECT_EQ(read.Version(), "NA");
+    }
+    EXPECT_EQ(takeReports(), QStringList{test::reportOf("PATINS:GetData", err::NoCurrentRecord)});
 }
 
 TEST_P(PatinsTest, SettingInsIDReadsThePlanDeletedOrNot) {
@@ -150,15 +122,6 @@ TEST_P(PatinsTest, SettingInsIDReadsThePlanDeletedOrNot) {
     EXPECT_EQ(coverage.ClaimFields, "");
     EXPECT_FALSE(coverage.Medicare);
     EXPECT_EQ(coverage.Version(), "NA");
-    EXPECT_TRUE(reporter->reports().isEmpty());
-}
-
-TEST_P(PatinsTest, DeleteRemovesTheRow) {
-    PATINS coverage;
-    coverage.Insert();
-    coverage.Delete();
-    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM PATINS")).toInt(), 0);
-    EXPECT_TRUE(reporter->reports().isEmpty());
 }
 
 TEST_P(PatinsTest, ConnectionFailuresCarryEachRecordsLabel) {
@@ -170,9 +133,9 @@ TEST_P(PatinsTest, ConnectionFailuresCarryEachRecordsLabel) {
         {"clsINSURANCE:Connection", [](auto c) { clsINSURANCE().setConnection(std::move(c)); }},
     };
     for (const auto& record : records) {
-        reporter->clear();
         record.hand(std::make_shared<DbConnection>(QStringLiteral("sqlite:///no/such/folder.db")));
-        EXPECT_EQ(failuresOf(record.label), std::vector<long>{err::LostLink});
+        EXPECT_EQ(takeReports().filter(record.label),
+                  QStringList{test::reportOf(record.label, err::LostLink)});
     }
 }
 

@@ -1,17 +1,17 @@
 #pragma once
 
+#include "records/PropertyCases.h"
 #include "records/clsINSURANCE.h"
 #include "session/DbConnection.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
-#include "support/SchemaFixture.h"
 
 namespace tvrx::test {
 
 // The pharmacy's schema with the session's connection handed over through a record, and a
 // plan directory of the test's own plans in the same database, which the session uses as
 // its lookup database.
-class PlanFixture : public SchemaFixture {
+class PlanFixture : public NoStrayReports<SchemaFixture> {
 protected:
     void SetUp() override {
         SchemaFixture::SetUp();
@@ -58,15 +58,6 @@ protected:
         return db->Scalar(QStringLiteral("SELECT %1 FROM INSURANCE WHERE InsID = ?")
                               .arg(QString::fromLatin1(name)),
                           {insId});
-    }
-
-    // The failure numbers reported under a label, in order.
-    std::vector<long> failuresOf(const QString& label) {
-        std::vector<long> numbers;
-        for (const ErrorReport& report : reporter->reports()) {
-            if (report.location == label) numbers.push_back(report.number.toLong());
-        }
-        return numbers;
     }
 };
 
