@@ -4,7 +4,8 @@
 // changed each time so that every save writes a change-log row, as an edit does. Targets:
 // a median under 0.5 ms on SQLite and under 3 ms on a local PostgreSQL.
 //
-//     bench_PrescriptionBench [--pg postgresql://user@host:port/db] [benchmark options]
+//     bench_PrescriptionBench [--pg postgresql://user@host:port/db] [--iterations N]
+//                             [benchmark options]
 //
 // Without --pg the PostgreSQL run takes TVRX_TEST_PG_URL; with neither it is skipped.
 #include "prescription/clsPrescription.h"
@@ -24,6 +25,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <string>
@@ -140,29 +142,39 @@ private:
     QString url_;
 };
 
-// Takes "--pg URL" out of the arguments; TVRX_TEST_PG_URL when it is not given.
-QString postgresOption(int& argc, char** argv) {
-    QString url = qEnvironmentVariable("TVRX_TEST_PG_URL");
+struct Options {
+    QString postgresUrl = qEnvironmentVariable("TVRX_TEST_PG_URL");
+    int iterations = 2000;
+};
+
+// Takes "--pg URL" and "--iterations N" out of the arguments and leaves the rest to the
+// benchmark library.
+Options ownOptions(int& argc, char** argv) {
+    Options options;
     int kept = 1;
     for (int i = 1; i < argc; ++i) {
-        if (std::string(argv[i]) == "--pg" && i + 1 < argc) {
-            url = QString::fromLocal8Bit(argv[++i]);
-            continue;
+        const std::string argument(argv[i]);
+        if (argument == "--pg" && i + 1 < argc) {
+            options.postgresUrl = QString::fromLocal8Bit(argv[++i]);
+        } else if (argument == "--iterations" && i + 1 < argc) {
+            options.iterations = std::max(1, std::atoi(argv[++i]));
+        } else {
+            argv[kept++] = argv[i];
         }
-        argv[kept++] = argv[i];
     }
     argc = kept;
-    return url;
+    return options;
 }
 
 // setting: a statement the host runs on its connection before the pharmacy's work.
-void registerRun(const char* name, std::function<QString()> database, QString setting = {}) {
+void registerRun(const char* name, int iterations, std::function<QString()> database,
+                 QString setting = {}) {
     benchmark::RegisterBenchmark(name,
                                  [database, setting](benchmark::State& state) {
                                      timeReadAndSave(state, database(), setting);
                                  })
         ->UseManualTime()
-        ->Iterations(2000)
+        ->Iterations(iterations)
         ->Unit(benchmark::kMillisecond);
 }
 
@@ -170,24 +182,25 @@ void registerRun(const char* name, std::function<QString()> database, QString se
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    const QString postgresUrl = postgresOption(argc, argv);
+    const Options options = ownOptions(argc, argv);
     QTemporaryDir folder;
     const auto sqliteFile = [&folder](const char* name) {
         return [&folder, name] {
             return QStringLiteral("sqlite://") + folder.filePath(QString::fromLatin1(name));
         };
     };
-    registerRun("BM_GetDataUpdate/SQLite", sqliteFile("pharmacy.db"));
+    registerRun("BM_GetDataUpdate/SQLite", options.iterations, sqliteFile("pharmacy.db"));
     // Write-ahead logging with NORMAL syncs the log at checkpoints rather than at each
     // commit: a power cut may lose the latest saves, never the file's consistency.
-    registerRun("BM_GetDataUpdate/SQLite-sync-normal", sqliteFile("normal.db"),
+    registerRun("BM_GetDataUpdate/SQLite-sync-normal", options.iterations, sqliteFile("normal.db"),
                 QStringLiteral("PRAGMA synchronous=NORMAL"));
     std::unique_ptr<PostgresBenchDatabase> postgres;
-    if (postgresUrl.isEmpty()) {
+    if (options.postgresUrl.isEmpty()) {
         std::printf("BM_GetDataUpdate/PostgreSQL skipped: give --pg URL or set TVRX_TEST_PG_URL\n");
     } else {
-        postgres = std::make_unique<PostgresBenchDatabase>(postgresUrl);
-        registerRun("BM_GetDataUpdate/PostgreSQL", [&postgres] { return postgres->url(); });
+        postgres = std::make_unique<PostgresBenchDatabase>(options.postgresUrl);
+        registerRun("BM_GetDataUpdate/PostgreSQL", options.iterations,
+                    [&postgres] { return postgres->url(); });
     }
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
