@@ -167,8 +167,8 @@ Options ownOptions(int& argc, char** argv) {
 }
 
 // setting: a statement the host runs on its connection before the pharmacy's work.
-void registerRun(const char* name, int iterations, std::function<QString()> database,
-                 QString setting = {}) {
+void registerRun(const char* name, int iterations, const std::function<QString()>& database,
+                 const QString& setting = {}) {
     benchmark::RegisterBenchmark(name,
                                  [database, setting](benchmark::State& state) {
                                      timeReadAndSave(state, database(), setting);

@@ -84,7 +84,7 @@ TEST_P(ResponseCasesTest, DecodesAsExpected) {
     user->setPermissive(true);
     clsClaimResponse response;
     bool result = false;
-    for (const QJsonValue& entry : data.value(QStringLiteral("texts")).toArray()) {
+    for (const auto& entry : data.value(QStringLiteral("texts")).toArray()) {
         result = decode(response, claimOf(entry.toString()));
     }
     QJsonObject expected = data.value(QStringLiteral("expect")).toObject();

@@ -106,13 +106,10 @@ TEST_P(ConnectionsTest, CheckConnectionReopensWhatFellClosed) {
     const AppConfig config = appConfig();
     user->answerMsgBox(Answer::OK);
     EXPECT_FALSE(mdlMain::CheckConnection());
-    EXPECT_EQ(
-        user->calls().at(0).args,
-        QStringList(
-            {"It appears your Data Server connection has failed. Close out of Tessivar (or "
-             "Lite)\r\n"
-             "and restart the application. If this problem persists contact technical support.",
-             "0", "warning", "1", config.Title}));
+    const QString failed =
+        "It appears your Data Server connection has failed. Close out of Tessivar (or Lite)\r\n"
+        "and restart the application. If this problem persists contact technical support.";
+    EXPECT_EQ(user->calls().at(0).args, QStringList({failed, "0", "warning", "1", config.Title}));
 
     mdlMain::setConnection(db, "Wrapper:Connection");
     loseLink(*db);
@@ -150,11 +147,11 @@ TEST_F(ConnectLookupTest, MissingFileShowsTheBoxOnEveryCallThenOpensForReadingOn
         EXPECT_FALSE(mdlMain::ConnectLookup());
     }
     ASSERT_EQ(user->callsOf(Kind::MsgBox).size(), 2);
-    EXPECT_EQ(
-        user->calls().at(1).args,
-        QStringList({"Required data file, datalookup.db, not found. Contact technical support.\r\n"
-                     "Phone - 000-555-0199. Tessivar will not function properly.",
-                     "0", "critical", "1", appConfig().ProductName}));
+    const QString notFound =
+        "Required data file, datalookup.db, not found. Contact technical support.\r\n"
+        "Phone - 000-555-0199. Tessivar will not function properly.";
+    EXPECT_EQ(user->calls().at(1).args,
+              QStringList({notFound, "0", "critical", "1", appConfig().ProductName}));
 
     {
         DbConnection build(folder_.filePath("datalookup.db"));

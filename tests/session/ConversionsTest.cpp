@@ -46,7 +46,7 @@ std::optional<double> number(const QString& cell) {
 
 QDateTime dateTime(const QString& cell) {
     for (const char* format : {"M/d/yyyy h:mm:ss.zzz", "M/d/yyyy h:mm:ss", "M/d/yyyy h:mm"}) {
-        const QDateTime value = QDateTime::fromString(cell, QString::fromLatin1(format));
+        QDateTime value = QDateTime::fromString(cell, QString::fromLatin1(format));
         if (value.isValid()) return value;
     }
     return {};
