@@ -4,9 +4,9 @@
 #include "claims/ClaimExchange.h"
 #include "claims/ScriptedTransmitFace.h"
 #include "claims/Wrapper.h"
-#include "session/RecordingErrorReporter.h"
-#include "session/ScriptedUserInteraction.h"
-#include "session/Session.h"
+#include "session/runtime/RecordingErrorReporter.h"
+#include "session/runtime/ScriptedUserInteraction.h"
+#include "session/runtime/Session.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -9,12 +9,12 @@
 //
 // Without --pg the PostgreSQL run takes TVRX_TEST_PG_URL; with neither it is skipped.
 #include "prescription/clsPrescription.h"
-#include "session/DbConnection.h"
-#include "session/RecordingErrorReporter.h"
-#include "session/SamplePharmacy.h"
-#include "session/Schema.h"
-#include "session/ScriptedUserInteraction.h"
-#include "session/Session.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/RecordingErrorReporter.h"
+#include "session/data/SamplePharmacy.h"
+#include "session/data/Schema.h"
+#include "session/runtime/ScriptedUserInteraction.h"
+#include "session/runtime/Session.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

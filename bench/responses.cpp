@@ -1,8 +1,8 @@
 #include "responses/ResponseJson.h"
 #include "responses/clsClaimResponse.h"
-#include "session/RecordingErrorReporter.h"
-#include "session/ScriptedUserInteraction.h"
-#include "session/Session.h"
+#include "session/runtime/RecordingErrorReporter.h"
+#include "session/runtime/ScriptedUserInteraction.h"
+#include "session/runtime/Session.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "claims/ScriptedTransmitFace.h"
 
-#include "session/Clock.h"
+#include "session/runtime/Clock.h"
 
 #include <QCoreApplication>
 

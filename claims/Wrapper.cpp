@@ -1,16 +1,16 @@
 #include "claims/Wrapper.h"
 
 #include "claims/frmTransmit.h"
-#include "records/MainConnection.h"
-#include "session/AppConfig.h"
-#include "session/Clock.h"
-#include "session/Connections.h"
-#include "session/DbConnection.h"
-#include "session/ErrorNumbers.h"
-#include "session/Failure.h"
-#include "session/Frame.h"
-#include "session/Session.h"
-#include "session/UserInteraction.h"
+#include "session/data/MainConnection.h"
+#include "session/runtime/AppConfig.h"
+#include "session/runtime/Clock.h"
+#include "session/data/Connections.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
+#include "session/runtime/Frame.h"
+#include "session/runtime/Session.h"
+#include "session/runtime/UserInteraction.h"
 
 namespace tvrx {
 

@@ -1,6 +1,6 @@
 #include "claims/colRX.h"
 
-#include "session/Frame.h"
+#include "session/runtime/Frame.h"
 
 namespace tvrx {
 

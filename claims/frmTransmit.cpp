@@ -2,10 +2,10 @@
 
 #include "claims/ConsoleTransmitFace.h"
 #include "claims/DirectoryWatch.h"
-#include "session/ErrorNumbers.h"
-#include "session/Failure.h"
-#include "session/Frame.h"
-#include "session/Session.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
+#include "session/runtime/Frame.h"
+#include "session/runtime/Session.h"
 
 #include <QEventLoop>
 #include <QTimer>

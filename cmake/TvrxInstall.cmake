@@ -17,7 +17,7 @@ install(TARGETS ${tvrx_install_targets} EXPORT TvrxTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-# Headers keep their folder, so that "session/Frame.h" reads the same inside and outside.
+# Headers keep their folder, so that "session/runtime/Frame.h" reads the same inside and outside.
 # Subsystems not written yet have no folder, and the desktop headers go with their library.
 set(tvrx_header_dirs ${TVRX_SUBSYSTEMS})
 if(TVRX_PACKAGE_HAS_QT)

@@ -1,8 +1,8 @@
 #include "prescription/clsPrescription.h"
 
-#include "records/MainConnection.h"
-#include "session/DbConnection.h"
-#include "session/Frame.h"
+#include "session/data/MainConnection.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/Frame.h"
 
 #include <QXmlStreamWriter>
 

@@ -1,15 +1,15 @@
 #include "prescription/clsPrescription.h"
 
-#include "records/MainConnection.h"
+#include "session/data/MainConnection.h"
 #include "records/RecordForms.h"
 #include "records/clsDoc.h"
 #include "records/clsDrug.h"
 #include "records/clsPatient.h"
 #include "responses/clsClaimResponse.h"
-#include "session/ColumnTable.h"
-#include "session/Connections.h"
-#include "session/DbConnection.h"
-#include "session/Frame.h"
+#include "session/data/ColumnTable.h"
+#include "session/data/Connections.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/Frame.h"
 
 namespace tvrx {
 

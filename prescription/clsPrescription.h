@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/Conversions.h"
+#include "session/text/Conversions.h"
 
 #include <QDateTime>
 #include <QString>
@@ -217,7 +217,7 @@ private:
     QString m_sLogDrug;
 };
 
-// The fill row's columns (session/ColumnTable.h).
+// The fill row's columns (session/data/ColumnTable.h).
 const ColumnTable<clsPrescription>& prescriptionColumns();
 
 }  // namespace tvrx

@@ -38,7 +38,7 @@ public:
     QString Password;
 };
 
-// The facility row's columns (session/ColumnTable.h).
+// The facility row's columns (session/data/ColumnTable.h).
 const ColumnTable<Facility>& facilityColumns();
 
 }  // namespace tvrx

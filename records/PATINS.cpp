@@ -1,12 +1,12 @@
 #include "records/PATINS.h"
 
-#include "records/MainConnection.h"
-#include "session/ColumnTable.h"
-#include "session/Connections.h"
-#include "session/Conversions.h"
-#include "session/DbConnection.h"
-#include "session/Procedures.h"
-#include "session/Session.h"
+#include "session/data/MainConnection.h"
+#include "session/data/ColumnTable.h"
+#include "session/data/Connections.h"
+#include "session/text/Conversions.h"
+#include "session/data/DbConnection.h"
+#include "session/data/Procedures.h"
+#include "session/runtime/Session.h"
 
 namespace tvrx {
 

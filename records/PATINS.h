@@ -75,7 +75,7 @@ private:
 };
 
 // The coverage row's columns as the record reads and writes them, in the order the update
-// writes them (session/ColumnTable.h).
+// writes them (session/data/ColumnTable.h).
 const ColumnTable<PATINS>& patinsColumns();
 
 }  // namespace tvrx

@@ -1,13 +1,13 @@
 #include "records/PlanLookup.h"
 
-#include "session/ColumnTable.h"
-#include "session/Connections.h"
-#include "session/Conversions.h"
-#include "session/DbConnection.h"
-#include "session/ErrorNumbers.h"
-#include "session/Failure.h"
-#include "session/Session.h"
-#include "session/UserInteraction.h"
+#include "session/data/ColumnTable.h"
+#include "session/data/Connections.h"
+#include "session/text/Conversions.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
+#include "session/runtime/Session.h"
+#include "session/runtime/UserInteraction.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
 #include "records/RecordForms.h"
 
-#include "session/Encodings.h"
+#include "session/text/Encodings.h"
 
 namespace tvrx::records {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "records/MainConnection.h"
-#include "session/Clock.h"
-#include "session/ColumnTable.h"
-#include "session/DbConnection.h"
-#include "session/Frame.h"
-#include "session/Session.h"
+#include "session/data/MainConnection.h"
+#include "session/runtime/Clock.h"
+#include "session/data/ColumnTable.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/Frame.h"
+#include "session/runtime/Session.h"
 
 namespace tvrx::records {
 

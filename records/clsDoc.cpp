@@ -1,12 +1,12 @@
 #include "records/clsDoc.h"
 
-#include "records/MainConnection.h"
+#include "session/data/MainConnection.h"
 #include "records/RecordForms.h"
-#include "session/ColumnTable.h"
-#include "session/Connections.h"
-#include "session/DbConnection.h"
-#include "session/Frame.h"
-#include "session/Procedures.h"
+#include "session/data/ColumnTable.h"
+#include "session/data/Connections.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/Frame.h"
+#include "session/data/Procedures.h"
 
 namespace tvrx {
 

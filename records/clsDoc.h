@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/Conversions.h"
+#include "session/text/Conversions.h"
 
 #include <QDateTime>
 #include <QString>
@@ -55,7 +55,7 @@ public:
     qint32 ImportID = 0;
 };
 
-// The prescriber row's columns as GetData selects them (session/ColumnTable.h).
+// The prescriber row's columns as GetData selects them (session/data/ColumnTable.h).
 const ColumnTable<clsDoc>& docColumns();
 
 }  // namespace tvrx

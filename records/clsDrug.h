@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/Conversions.h"
+#include "session/text/Conversions.h"
 
 #include <QDateTime>
 #include <QString>
@@ -85,7 +85,7 @@ private:
     void saveTimes(RecordSet& times) const;
 };
 
-// The drug row's columns (session/ColumnTable.h).
+// The drug row's columns (session/data/ColumnTable.h).
 const ColumnTable<clsDrug>& drugColumns();
 
 }  // namespace tvrx

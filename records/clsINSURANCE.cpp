@@ -1,16 +1,16 @@
 #include "records/clsINSURANCE.h"
 
-#include "records/MainConnection.h"
+#include "session/data/MainConnection.h"
 #include "records/PlanLookup.h"
-#include "session/AppConfig.h"
-#include "session/Clock.h"
-#include "session/ColumnTable.h"
-#include "session/Connections.h"
-#include "session/Conversions.h"
-#include "session/DbConnection.h"
-#include "session/Procedures.h"
-#include "session/Session.h"
-#include "session/UserInteraction.h"
+#include "session/runtime/AppConfig.h"
+#include "session/runtime/Clock.h"
+#include "session/data/ColumnTable.h"
+#include "session/data/Connections.h"
+#include "session/text/Conversions.h"
+#include "session/data/DbConnection.h"
+#include "session/data/Procedures.h"
+#include "session/runtime/Session.h"
+#include "session/runtime/UserInteraction.h"
 
 namespace tvrx {
 

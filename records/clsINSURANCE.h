@@ -93,7 +93,7 @@ private:
     void setDefaults(const QString& NABP, const QString& claimFields);
 };
 
-// The plan's columns as the record reads and writes them (session/ColumnTable.h).
+// The plan's columns as the record reads and writes them (session/data/ColumnTable.h).
 const ColumnTable<clsINSURANCE>& insuranceColumns();
 
 }  // namespace tvrx

@@ -1,14 +1,14 @@
 #include "records/clsPatient.h"
 
-#include "records/MainConnection.h"
+#include "session/data/MainConnection.h"
 #include "records/RecordForms.h"
-#include "session/ColumnTable.h"
-#include "session/Connections.h"
-#include "session/DbConnection.h"
-#include "session/ErrorNumbers.h"
-#include "session/Frame.h"
-#include "session/Procedures.h"
-#include "session/UserInteraction.h"
+#include "session/data/ColumnTable.h"
+#include "session/data/Connections.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Frame.h"
+#include "session/data/Procedures.h"
+#include "session/runtime/UserInteraction.h"
 
 namespace tvrx {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/Conversions.h"
+#include "session/text/Conversions.h"
 
 #include <QDateTime>
 #include <QString>
@@ -95,7 +95,7 @@ public:
     qint32 ImportID = 0;
 };
 
-// The patient row's columns as GetData selects them (session/ColumnTable.h).
+// The patient row's columns as GetData selects them (session/data/ColumnTable.h).
 const ColumnTable<clsPatient>& patientColumns();
 
 }  // namespace tvrx

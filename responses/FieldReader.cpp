@@ -1,7 +1,7 @@
 #include "responses/FieldReader.h"
 
 #include "responses/ResponseLayout.h"
-#include "session/Encodings.h"
+#include "session/text/Encodings.h"
 
 #include <algorithm>
 #include <array>

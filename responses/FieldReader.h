@@ -5,7 +5,7 @@
 #include <QStringView>
 #include <QVarLengthArray>
 
-#include "session/Encodings.h"
+#include "session/text/Encodings.h"
 
 #include <vector>
 

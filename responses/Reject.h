@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/KeyedCollection.h"
+#include "session/runtime/KeyedCollection.h"
 
 #include <QString>
 

@@ -1,11 +1,11 @@
 #include "responses/RejectTable.h"
 
 #include "responses/ResponseLayout.h"
-#include "session/DbConnection.h"
-#include "session/ErrorNumbers.h"
-#include "session/Failure.h"
-#include "session/RecordSet.h"
-#include "session/Session.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
+#include "session/data/RecordSet.h"
+#include "session/runtime/Session.h"
 
 #include <algorithm>
 

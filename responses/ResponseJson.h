@@ -1,9 +1,9 @@
 #pragma once
 
 #include "responses/clsClaimResponse.h"
-#include "session/ClaimNotation.h"
-#include "session/RecordingErrorReporter.h"
-#include "session/ScriptedUserInteraction.h"
+#include "session/text/ClaimNotation.h"
+#include "session/runtime/RecordingErrorReporter.h"
+#include "session/runtime/ScriptedUserInteraction.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "responses/ResponseLayout.h"
-#include "session/ErrorNumbers.h"
-#include "session/Failure.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
 
 #include <QLatin1StringView>
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "responses/clsClaimResponse.h"
-#include "session/KeyedCollection.h"
+#include "session/runtime/KeyedCollection.h"
 
 #include <QString>
 

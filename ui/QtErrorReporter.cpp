@@ -1,6 +1,6 @@
 #include "ui/QtErrorReporter.h"
 
-#include "session/AppConfig.h"
+#include "session/runtime/AppConfig.h"
 #include "ui/ErrorScreen.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "session/FileErrorReporter.h"
-#include "session/RecordingErrorReporter.h"
+#include "session/runtime/FileErrorReporter.h"
+#include "session/runtime/RecordingErrorReporter.h"
 
 #include <QPointer>
 #include <QString>

@@ -1,6 +1,6 @@
 #include "ui/QtUserInteraction.h"
 
-#include "session/AppConfig.h"
+#include "session/runtime/AppConfig.h"
 #include "ui/ChoiceDialog.h"
 #include "ui/RowPicker.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/UserInteraction.h"
+#include "session/runtime/UserInteraction.h"
 
 #include <QPointer>
 #include <QWidget>

@@ -1,6 +1,6 @@
 #include "ui/TransmitDialog.h"
 
-#include "session/AppConfig.h"
+#include "session/runtime/AppConfig.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

@@ -1,6 +1,6 @@
 #include "NotationFile.h"
 
-#include "session/ClaimNotation.h"
+#include "session/text/ClaimNotation.h"
 
 #include <QFile>
 

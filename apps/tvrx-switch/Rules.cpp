@@ -1,7 +1,7 @@
 #include "Rules.h"
 
 #include "common/NotationFile.h"
-#include "session/ClaimNotation.h"
+#include "session/text/ClaimNotation.h"
 
 #include <QDir>
 #include <QFile>

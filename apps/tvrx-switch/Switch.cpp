@@ -1,7 +1,7 @@
 #include "Switch.h"
 
 #include "claims/ClaimExchange.h"
-#include "session/Failure.h"
+#include "session/runtime/Failure.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,8 +1,8 @@
 #include "Command.h"
 
-#include "session/ClaimNotation.h"
-#include "session/Conversions.h"
-#include "session/Encodings.h"
+#include "session/text/ClaimNotation.h"
+#include "session/text/Conversions.h"
+#include "session/text/Encodings.h"
 
 #include <cstdio>
 #include <optional>

@@ -3,11 +3,11 @@
 #include "claims/Wrapper.h"
 #include "common/ExchangeDirectory.h"
 #include "common/NotationFile.h"
-#include "session/ClaimNotation.h"
-#include "session/ErrorNumbers.h"
-#include "session/ErrorReporter.h"
-#include "session/Failure.h"
-#include "session/Session.h"
+#include "session/text/ClaimNotation.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/ErrorReporter.h"
+#include "session/runtime/Failure.h"
+#include "session/runtime/Session.h"
 
 #include <QFile>
 

@@ -1,9 +1,9 @@
 #include "Command.h"
 
-#include "session/DbConnection.h"
-#include "session/Failure.h"
-#include "session/SamplePharmacy.h"
-#include "session/Schema.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/Failure.h"
+#include "session/data/SamplePharmacy.h"
+#include "session/data/Schema.h"
 
 #include <QUrl>
 

@@ -2,8 +2,8 @@
 #include "RecordSession.h"
 #include "ShowKinds.h"
 
-#include "session/DbConnection.h"
-#include "session/Frame.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/Frame.h"
 
 #include <QXmlStreamReader>
 

@@ -2,8 +2,8 @@
 #include "RecordSession.h"
 
 #include "records/clsINSURANCE.h"
-#include "session/ConsoleUserInteraction.h"
-#include "session/Session.h"
+#include "session/runtime/ConsoleUserInteraction.h"
+#include "session/runtime/Session.h"
 
 #include <cstdio>
 

@@ -1,10 +1,10 @@
 #include "RecordSession.h"
 
-#include "session/ColumnTable.h"
-#include "session/DbConnection.h"
-#include "session/Frame.h"
-#include "session/RecordingErrorReporter.h"
-#include "session/Session.h"
+#include "session/data/ColumnTable.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/Frame.h"
+#include "session/runtime/RecordingErrorReporter.h"
+#include "session/runtime/Session.h"
 
 #include <QUrl>
 

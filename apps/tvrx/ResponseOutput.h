@@ -1,7 +1,7 @@
 #pragma once
 
-#include "session/RecordingErrorReporter.h"
-#include "session/ScriptedUserInteraction.h"
+#include "session/runtime/RecordingErrorReporter.h"
+#include "session/runtime/ScriptedUserInteraction.h"
 
 #include <QJsonObject>
 #include <QList>

@@ -2,7 +2,7 @@
 #include "RecordSession.h"
 #include "ShowKinds.h"
 
-#include "session/Dialect.h"
+#include "session/data/Dialect.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/ColumnTable.h"
+#include "session/data/ColumnTable.h"
 
 #include <QJsonValue>
 #include <QList>

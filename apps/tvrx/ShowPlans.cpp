@@ -2,8 +2,8 @@
 
 #include "records/PATINS.h"
 #include "records/clsINSURANCE.h"
-#include "session/Conversions.h"
-#include "session/Frame.h"
+#include "session/text/Conversions.h"
+#include "session/runtime/Frame.h"
 
 namespace tvrx::cli {
 

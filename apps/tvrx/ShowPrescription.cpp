@@ -6,7 +6,7 @@
 #include "records/clsDrug.h"
 #include "records/clsPatient.h"
 #include "responses/clsClaimResponse.h"
-#include "session/ColumnTable.h"
+#include "session/data/ColumnTable.h"
 
 namespace tvrx::cli {
 

@@ -3,7 +3,7 @@
 // Each file's header row names the table's columns; every column is text. Rows keep the
 // file's order, because the readers take the first row that matches.
 
-#include "session/TabSeparated.h"
+#include "session/data/TabSeparated.h"
 
 #include <QCoreApplication>
 #include <QFile>

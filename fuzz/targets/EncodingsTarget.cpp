@@ -1,7 +1,7 @@
 #include "fuzz/targets/FuzzSession.h"
 #include "fuzz/targets/FuzzTargets.h"
-#include "session/ClaimNotation.h"
-#include "session/Encodings.h"
+#include "session/text/ClaimNotation.h"
+#include "session/text/Encodings.h"
 
 #include <QString>
 #include <QStringView>

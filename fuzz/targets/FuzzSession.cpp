@@ -1,7 +1,7 @@
 #include "fuzz/targets/FuzzSession.h"
 
-#include "session/ScriptedUserInteraction.h"
-#include "session/Session.h"
+#include "session/runtime/ScriptedUserInteraction.h"
+#include "session/runtime/Session.h"
 
 namespace tvrx::fuzz {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/RecordingErrorReporter.h"
+#include "session/runtime/RecordingErrorReporter.h"
 
 #include <memory>
 #include <stdexcept>

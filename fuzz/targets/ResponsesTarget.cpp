@@ -3,12 +3,12 @@
 #include "responses/FieldReader.h"
 #include "responses/ResponseJson.h"
 #include "responses/clsClaimResponse.h"
-#include "session/Connections.h"
-#include "session/DbConnection.h"
-#include "session/Encodings.h"
-#include "session/ErrorNumbers.h"
-#include "session/ScriptedUserInteraction.h"
-#include "session/Session.h"
+#include "session/data/Connections.h"
+#include "session/data/DbConnection.h"
+#include "session/text/Encodings.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/ScriptedUserInteraction.h"
+#include "session/runtime/Session.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "session/ErrorNumbers.h"
+#include "session/runtime/ErrorNumbers.h"
 #include "support/ExchangeFixture.h"
 #include "support/Notation.h"
 #include "support/SessionFixture.h"

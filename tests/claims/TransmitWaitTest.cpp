@@ -1,7 +1,7 @@
 #include "claims/ConsoleTransmitFace.h"
 #include "claims/DirectoryWatch.h"
 #include "claims/frmTransmit.h"
-#include "session/ErrorNumbers.h"
+#include "session/runtime/ErrorNumbers.h"
 #include "support/SessionFixture.h"
 
 #include <QDir>

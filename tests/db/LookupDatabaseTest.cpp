@@ -1,5 +1,5 @@
-#include "session/DbConnection.h"
-#include "session/TabSeparated.h"
+#include "session/data/DbConnection.h"
+#include "session/data/TabSeparated.h"
 
 #include <QFile>
 

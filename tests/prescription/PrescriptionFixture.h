@@ -2,7 +2,7 @@
 
 #include "prescription/clsPrescription.h"
 #include "records/PropertyCases.h"
-#include "session/SamplePharmacy.h"
+#include "session/data/SamplePharmacy.h"
 #include "support/SchemaFixture.h"
 
 #include <memory>

@@ -2,7 +2,7 @@
 #include "records/clsDoc.h"
 #include "records/clsDrug.h"
 #include "records/clsPatient.h"
-#include "session/ErrorNumbers.h"
+#include "session/runtime/ErrorNumbers.h"
 
 namespace tvrx {
 namespace {

@@ -1,8 +1,8 @@
 #include "records/clsINSURANCE.h"
 
 #include "records/PlanFixture.h"
-#include "session/ColumnTable.h"
-#include "session/ErrorNumbers.h"
+#include "session/data/ColumnTable.h"
+#include "session/runtime/ErrorNumbers.h"
 
 namespace tvrx {
 namespace {

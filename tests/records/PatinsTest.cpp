@@ -1,8 +1,8 @@
 #include "records/PATINS.h"
 
 #include "records/PlanFixture.h"
-#include "session/Conversions.h"
-#include "session/ErrorNumbers.h"
+#include "session/text/Conversions.h"
+#include "session/runtime/ErrorNumbers.h"
 
 namespace tvrx {
 namespace {

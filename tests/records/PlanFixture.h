@@ -2,9 +2,9 @@
 
 #include "records/PropertyCases.h"
 #include "records/clsINSURANCE.h"
-#include "session/DbConnection.h"
-#include "session/Procedures.h"
-#include "session/Session.h"
+#include "session/data/DbConnection.h"
+#include "session/data/Procedures.h"
+#include "session/runtime/Session.h"
 
 namespace tvrx::test {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "session/ColumnTable.h"
-#include "session/DbConnection.h"
-#include "session/Procedures.h"
+#include "session/data/ColumnTable.h"
+#include "session/data/DbConnection.h"
+#include "session/data/Procedures.h"
 #include "support/QtPrinters.h"
 #include "support/SchemaFixture.h"
 

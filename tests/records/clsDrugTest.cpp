@@ -1,7 +1,7 @@
 #include "records/PropertyCases.h"
 #include "records/clsDrug.h"
-#include "session/ErrorNumbers.h"
-#include "session/Session.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Session.h"
 
 namespace tvrx {
 namespace {

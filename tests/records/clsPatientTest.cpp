@@ -1,10 +1,10 @@
 #include "records/PropertyCases.h"
 #include "records/clsDoc.h"
 #include "records/clsPatient.h"
-#include "session/Catalogue.h"
-#include "session/ColumnTable.h"
-#include "session/ErrorNumbers.h"
-#include "session/Session.h"
+#include "session/data/Catalogue.h"
+#include "session/data/ColumnTable.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Session.h"
 
 namespace tvrx {
 namespace {

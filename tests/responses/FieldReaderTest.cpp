@@ -1,5 +1,5 @@
 #include "responses/FieldReader.h"
-#include "session/Encodings.h"
+#include "session/text/Encodings.h"
 #include "support/Notation.h"
 #include "support/QtPrinters.h"
 #include "support/SessionFixture.h"

@@ -1,7 +1,7 @@
 #include "responses/ResponseFixture.h"
-#include "session/DbConnection.h"
-#include "session/ErrorNumbers.h"
-#include "session/Session.h"
+#include "session/data/DbConnection.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Session.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "responses/clsClaimResponse.h"
-#include "session/AppConfig.h"
+#include "session/runtime/AppConfig.h"
 #include "support/Notation.h"
 #include "support/QtPrinters.h"
 #include "support/SessionFixture.h"

@@ -1,6 +1,6 @@
 #include "responses/TextPositions.h"
-#include "session/Conversions.h"
-#include "session/Encodings.h"
+#include "session/text/Conversions.h"
+#include "session/text/Encodings.h"
 #include "support/SessionFixture.h"
 
 #include <gtest/gtest.h>

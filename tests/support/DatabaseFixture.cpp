@@ -1,7 +1,7 @@
 #include "support/DatabaseFixture.h"
 
-#include "session/ErrorNumbers.h"
-#include "session/Failure.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
 
 #include <QCoreApplication>
 #include <QUrl>

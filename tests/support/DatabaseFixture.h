@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/DbConnection.h"
+#include "session/data/DbConnection.h"
 #include "support/QtPrinters.h"
 #include "support/SessionFixture.h"
 

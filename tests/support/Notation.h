@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/ClaimNotation.h"
+#include "session/text/ClaimNotation.h"
 
 #include <QString>
 

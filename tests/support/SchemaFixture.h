@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/Schema.h"
+#include "session/data/Schema.h"
 #include "support/DatabaseFixture.h"
 
 namespace tvrx::test {

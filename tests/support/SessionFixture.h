@@ -1,9 +1,9 @@
 #pragma once
 
-#include "session/Clock.h"
-#include "session/RecordingErrorReporter.h"
-#include "session/ScriptedUserInteraction.h"
-#include "session/Session.h"
+#include "session/runtime/Clock.h"
+#include "session/runtime/RecordingErrorReporter.h"
+#include "session/runtime/ScriptedUserInteraction.h"
+#include "session/runtime/Session.h"
 
 #include <QDateTime>
 

@@ -1,9 +1,9 @@
 // Runs a failing step in a failure frame and checks that the report arrived.
-#include "session/ErrorNumbers.h"
-#include "session/Failure.h"
-#include "session/Frame.h"
-#include "session/RecordingErrorReporter.h"
-#include "session/Session.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
+#include "session/runtime/Frame.h"
+#include "session/runtime/RecordingErrorReporter.h"
+#include "session/runtime/Session.h"
 
 #include <cstdio>
 #include <memory>

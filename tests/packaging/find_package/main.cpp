@@ -1,9 +1,9 @@
 // Uses both installed libraries: a failure frame reporting to the desktop reporter, whose
 // log and error screen must show the failure.
-#include "session/ErrorNumbers.h"
-#include "session/Failure.h"
-#include "session/Frame.h"
-#include "session/Session.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
+#include "session/runtime/Frame.h"
+#include "session/runtime/Session.h"
 #include "ui/ErrorScreen.h"
 #include "ui/QtErrorReporter.h"
 

@@ -1,0 +1,101 @@
+#include "session/data/Procedures.h"
+
+#include "session/data/DbConnection.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
+
+#include <map>
+#include <mutex>
+
+namespace tvrx {
+
+namespace {
+
+Procedures::Procedure newKeyProcedure(const Procedures::NewKey& entry) {
+    const QString table = QString::fromLatin1(entry.table);
+    const QString key = QString::fromLatin1(entry.keyColumn);
+    return [table, key](DbConnection& connection, const QVariantList&) {
+        // The database hands out the key, so two workstations asking at once never
+        // get the same one.
+        return Procedures::Result{
+            connection.Scalar(connection.dialect().insertEmptyRow(table, key)), RecordSet()};
+    };
+}
+
+// dbo.PatientIns: the plan (InsID) of a patient's coverage row, below 1 when none.
+Procedures::Result patientIns(DbConnection& connection, const QVariantList& args) {
+    const QVariant insId = connection.Scalar(
+        QStringLiteral("SELECT InsID FROM PATINS WHERE PatInsID = ?"), {args.value(0)});
+    return {insId.isValid() ? insId : QVariant(0), RecordSet()};
+}
+
+QString canonical(const QString& name) {
+    QString bare = name.trimmed();
+    if (bare.startsWith(QLatin1String("dbo."), Qt::CaseInsensitive)) bare = bare.mid(4);
+    return bare.toLower();
+}
+
+struct Registry {
+    std::mutex mutex;
+    std::map<QString, Procedures::Procedure> procedures;
+
+    Registry() {
+        for (const auto& entry : Procedures::newKeyProcedures()) {
+            procedures[canonical(QString::fromLatin1(entry.name))] = newKeyProcedure(entry);
+        }
+        procedures[canonical(QStringLiteral("PatientIns"))] = patientIns;
+    }
+};
+
+Registry& registry() {
+    static Registry instance;
+    return instance;
+}
+
+}  // namespace
+
+const std::vector<Procedures::NewKey>& Procedures::newKeyProcedures() {
+    static const std::vector<NewKey> table{
+        {"NewPatIns", "PATINS", "PatInsID"},
+        {"NewPatient", "PATIENT", "PatientID"},
+        {"NewDoc", "PHYSIC", "MDID"},
+        {"NewDrug", "DRUG", "DrugID"},
+        {"NewFacility", "Facility", "FacilityID"},
+        {"NewInsurance", "INSURANCE", "InsID"},
+    };
+    return table;
+}
+
+void Procedures::registerProcedure(const QString& name, Procedure procedure) {
+    Registry& r = registry();
+    std::lock_guard lock(r.mutex);
+    r.procedures[canonical(name)] = std::move(procedure);
+}
+
+bool Procedures::isRegistered(const QString& name) {
+    Registry& r = registry();
+    std::lock_guard lock(r.mutex);
+    return r.procedures.count(canonical(name)) > 0;
+}
+
+Procedures::Result Procedures::call(DbConnection& connection, const QString& name,
+                                    const QVariantList& args) {
+    Procedure procedure;
+    {
+        Registry& r = registry();
+        std::lock_guard lock(r.mutex);
+        const auto found = r.procedures.find(canonical(name));
+        if (found != r.procedures.end()) procedure = found->second;
+    }
+    if (!procedure) {
+        fail(err::StatementError,
+             QStringLiteral("Could not find stored procedure '%1'.").arg(name.trimmed()));
+    }
+    return procedure(connection, args);
+}
+
+qint32 Procedures::newKey(DbConnection& connection, const QString& name) {
+    return call(connection, name).ReturnValue.toInt();
+}
+
+}  // namespace tvrx

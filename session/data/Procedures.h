@@ -1,0 +1,47 @@
+#pragma once
+
+#include "session/data/RecordSet.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <functional>
+#include <vector>
+
+namespace tvrx {
+
+class DbConnection;
+
+// The server procedures of the pharmacy's database, written once in C++ over SQL that both
+// back ends run. Each is registered by name; a later part of the library registers the
+// procedures it defines. Names are matched ignoring letter case and a "dbo." prefix.
+class Procedures {
+public:
+    struct Result {
+        // "@RETURN_VALUE"; null when the procedure returns none.
+        QVariant ReturnValue;
+        // The rows the procedure selects, if any (a closed record set when none).
+        RecordSet rows;
+    };
+    using Procedure = std::function<Result(DbConnection& connection, const QVariantList& args)>;
+
+    // A procedure that inserts an otherwise empty row into its table and returns its key.
+    struct NewKey {
+        const char* name;
+        const char* table;
+        const char* keyColumn;
+    };
+    static const std::vector<NewKey>& newKeyProcedures();
+
+    static void registerProcedure(const QString& name, Procedure procedure);
+    static bool isRegistered(const QString& name);
+
+    // "Call a procedure with arguments". An unregistered name fails with 0x80040E14.
+    static Result call(DbConnection& connection, const QString& name,
+                       const QVariantList& args = {});
+    // "Call a procedure for a new key": NewPatIns, NewPatient, NewDoc, NewDrug,
+    // NewFacility, NewInsurance insert an otherwise empty row and return its key.
+    static qint32 newKey(DbConnection& connection, const QString& name);
+};
+
+}  // namespace tvrx

@@ -1,0 +1,225 @@
+#include "session/data/ColumnTable.h"
+
+#include "session/text/Conversions.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "support/DatabaseFixture.h"
+
+namespace tvrx {
+namespace {
+
+// A record with one property of every type and every read and write form.
+struct Card {
+    qint32 CardID = 0;
+    qint16 Count = 0;
+    qint32 Total = 0;
+    double Weight = 0;
+    double Fee = 0;
+    QDateTime Issued;
+    QString Name;
+    QString Code;
+    QString Note;
+    bool Active = false;
+    bool Flag = false;
+    QDateTime Stamp;
+
+    QString Holder() const { return holder_; }
+    void setHolder(const QString& value) {
+        holder_ = value.toUpper();
+        ++holderSets;
+    }
+    int holderSets = 0;
+
+private:
+    QString holder_;
+};
+
+using R = ReadForm;
+using W = WriteForm;
+
+const ColumnTable<Card>& cardColumns() {
+    static const ColumnTable<Card> table(
+        "Card", "CardID",
+        {
+            {"Count", member(&Card::Count), R::zeroText(), W::number()},
+            {"Total", member(&Card::Total), R::nullScreen(0), W::number()},
+            {"Weight", member(&Card::Weight), R::converted(), W::number()},
+            {"Fee", currency(&Card::Fee), R::zeroText(), W::value()},
+            {"Issued", member(&Card::Issued), R::ifDate(), W::date("MM/DD/YYYY")},
+            {"Name", member(&Card::Name), R::trimmed(), W::quotedDoubled()},
+            {"Code", member(&Card::Code), R::text(), W::doubledThenCut(6)},
+            {"Note", member(&Card::Note), R::none(), W::quotedRaw()},
+            {"Active", member(&Card::Active), R::nullScreen(0), W::boolean()},
+            {"Flag", member(&Card::Flag), R::zeroText(), W::boolean(1, 0)},
+            {"Holder", accessor(&Card::Holder, &Card::setHolder), R::text(), W::quotedRaw()},
+            {"Stamp", member(&Card::Stamp), R::ifDate(), W::none()},
+        });
+    return table;
+}
+
+class ColumnTableTest : public test::DatabaseFixture {
+protected:
+    void SetUp() override {
+        DatabaseFixture::SetUp();
+        if (IsSkipped() || HasFatalFailure()) return;
+        createTable(QStringLiteral(
+            "CREATE TABLE Card (CardID @KEY@, Count @INT@, Total @INT@, Weight @DOUBLE@, "
+            "Fee @MONEY@, Issued @DATETIME@, Name @TEXT@, Code @TEXT@, Note @TEXT@, "
+            "Active @SMALLINT@, Flag @SMALLINT@, Holder @TEXT@, Stamp @DATETIME@)"));
+    }
+
+    qint32 insertRow(const Card& card) {
+        const BoundStatement insert = cardColumns().insert(card);
+        db->Execute(insert.sql, insert.params);
+        return db->Scalar("SELECT MAX(CardID) FROM Card").toInt();
+    }
+
+    Card readRow(qint32 id, Card card = {}) {
+        RecordSet rs = db->OpenRecordSet(cardColumns().selectAll(), {id});
+        Frame frame("Card:GetData");
+        cardColumns().read(frame, rs, card);
+        return card;
+    }
+
+    QVariant stored(const char* column, qint32 id) {
+        return db->Scalar(
+            QStringLiteral("SELECT %1 FROM Card WHERE CardID = ?").arg(QString::fromLatin1(column)),
+            {id});
+    }
+};
+
+TEST_P(ColumnTableTest, WriteThenReadGivesWhatTheFormsPredict) {
+    Card card;
+    card.Count = 12;
+    card.Total = 70000;
+    card.Weight = 0.1 + 0.2;
+    card.Fee = 12.34567;
+    card.Issued = QDateTime(QDate(2025, 7, 4), QTime(14, 35, 9));
+    card.Name = "  Ann O'Hara  ";
+    card.Code = "O'Brien's";
+    card.Note = QString::fromLatin1("kept\0here", 9);
+    card.Active = true;
+    card.Flag = true;
+    card.setHolder("ann");
+    card.Stamp = QDateTime(QDate(2020, 1, 1), QTime(1, 2, 3));
+    const qint32 id = insertRow(card);
+
+    EXPECT_EQ(stored("Active", id).toInt(), -1);
+    EXPECT_EQ(stored("Flag", id).toInt(), 1);
+    EXPECT_EQ(stored("Note", id).toString(), "kepthere") << "character 0 is not stored";
+    EXPECT_FALSE(stored("Stamp", id).isValid()) << "a column that is not written";
+
+    Card before;
+    before.Note = "unread";
+    const Card read = readRow(id, before);
+    EXPECT_TRUE(reporter->reports().isEmpty());
+    EXPECT_EQ(read.Count, 12);
+    EXPECT_EQ(read.Total, 70000);
+    EXPECT_EQ(read.Weight, 0.3) << "the decimal text the statement held";
+    EXPECT_EQ(read.Fee, 12.3457) << "currency keeps four places";
+    EXPECT_EQ(read.Issued, QDateTime(QDate(2025, 7, 4), QTime(0, 0)))
+        << "the picture drops the time";
+    EXPECT_EQ(read.Name, "Ann O'Hara");
+    EXPECT_EQ(read.Code, "O'Bri") << "doubled, cut to 6, undoubled";
+    EXPECT_EQ(read.Note, "unread") << "a column that is not read";
+    EXPECT_TRUE(read.Active);
+    EXPECT_TRUE(read.Flag);
+    EXPECT_EQ(read.Holder(), "ANN") << "read through the setter";
+    EXPECT_FALSE(read.Stamp.isValid());
+
+    Card changed = read;
+    changed.Issued = QDateTime();
+    changed.Active = false;
+    changed.Flag = false;
+    const BoundStatement update = cardColumns().update(changed, id);
+    db->Execute(update.sql, update.params);
+    EXPECT_EQ(stored("Active", id).toInt(), 0);
+    EXPECT_EQ(readRow(id).Issued, conv::ZeroDate()) << "an unset date writes the zero date";
+}
+
+TEST_P(ColumnTableTest, EachBadColumnCostsOneReportAndTheRestStillReads) {
+    const struct {
+        const char* what;
+        QString assignments;
+        std::vector<long> failures;
+    } cases[] = {
+        {"nulls read as the forms' defaults",
+         "Count = NULL, Total = NULL, Fee = NULL, Flag = NULL",
+         {}},
+        {"negative zero-text", "Count = -5, Fee = -1.5", {err::TypeMismatch, err::TypeMismatch}},
+        {"16-bit overflow", "Count = 32767 + 1", {err::Overflow}},
+        {"null converted", "Weight = NULL", {err::InvalidUseOfNull}},
+    };
+    for (const auto& c : cases) {
+        reporter->clear();
+        Card card;
+        card.Weight = 2.5;
+        card.setHolder("bo");
+        const qint32 id = insertRow(card);
+        db->Execute(
+            QStringLiteral("UPDATE Card SET %1, Name = NULL WHERE CardID = ?").arg(c.assignments),
+            {id});
+        Card former;
+        former.Count = 7;
+        former.Fee = 9;
+        former.Weight = 1;
+        former.Name = "old";
+        const Card read = readRow(id, former);
+        std::vector<long> numbers;
+        for (const ErrorReport& report : reporter->reports()) {
+            numbers.push_back(report.number.toLong());
+            EXPECT_EQ(report.location, "Card:GetData");
+        }
+        EXPECT_EQ(numbers, c.failures) << c.what;
+        EXPECT_EQ(read.Name, "") << c.what;
+        EXPECT_EQ(read.Holder(), "BO") << c.what << ": later columns still read";
+        if (c.failures.empty()) {
+            EXPECT_EQ(read.Count, 0) << c.what;
+            EXPECT_EQ(read.Fee, 0) << c.what;
+        } else if (c.failures.front() != err::InvalidUseOfNull) {
+            EXPECT_EQ(read.Count, 7) << c.what << ": a failed column keeps its value";
+        } else {
+            EXPECT_EQ(read.Weight, 1) << c.what;
+        }
+    }
+}
+
+TEST_P(ColumnTableTest, StatementsAndReadsFollowTheirOwnOrders) {
+    const ColumnTable<Card>& table = cardColumns();
+    const ColumnOrder selectOrder = table.order({"Holder", "Count", "Name"});
+    const ColumnOrder readOrder = table.order({"count", "NAME"});
+    const ColumnOrder writeOrder = table.order({"Name", "Stamp", "Count"});
+    EXPECT_EQ(table.selectList(selectOrder),
+              "SELECT Holder, Count, Name FROM Card WHERE CardID = ?");
+
+    Card card;
+    card.Count = 3;
+    card.Name = "Cy";
+    card.setHolder("x");
+    const qint32 id = insertRow(card);
+    card.Count = 4;
+    card.Name = "Di";
+    const BoundStatement update = table.update(card, id, writeOrder);
+    EXPECT_EQ(update.sql, "UPDATE Card SET Name = ?, Count = ? WHERE CardID = ?")
+        << "a column that is not written leaves the list";
+    EXPECT_EQ(update.params, (QVariantList{"Di", 4, id}));
+    db->Execute(update.sql, update.params);
+
+    RecordSet rs = db->OpenRecordSet(table.selectList(selectOrder), {id});
+    Card read;
+    Frame frame("Card:GetData");
+    table.read(frame, rs, read, readOrder);
+    EXPECT_EQ(read.Count, 4);
+    EXPECT_EQ(read.Name, "Di");
+    EXPECT_EQ(read.holderSets, 0) << "a column the read order leaves out";
+
+    static const ColumnTable<Card> byPosition(
+        "Card", "CardID", {{"Other", member(&Card::Code), R::text().at(0), W::none()}});
+    byPosition.read(frame, rs, read);
+    EXPECT_EQ(read.Code, "X") << "the first field of the result, whatever its name";
+    EXPECT_EQ(frame.failures(), 0);
+}
+
+TVRX_BACKENDS(ColumnTableTest);
+
+}  // namespace
+}  // namespace tvrx
