@@ -45,6 +45,17 @@ QString Dialect::textEquals(const QString& column) const {
     return QStringLiteral("UPPER(RTRIM(%1)) = UPPER(RTRIM(?))").arg(column);
 }
 
+QString Dialect::beginLocked() const {
+    return backend_ == Backend::PostgreSQL ? QStringLiteral("BEGIN")
+                                           : QStringLiteral("BEGIN IMMEDIATE");
+}
+
+QString Dialect::lockStatement() const {
+    return backend_ == Backend::PostgreSQL
+               ? QStringLiteral("SELECT pg_advisory_xact_lock(hashtext(?))")
+               : QString();
+}
+
 QString Dialect::insertEmptyRow(const QString& table, const QString& keyColumn) const {
     // Both products accept RETURNING (SQLite since 3.35).
     return QStringLiteral("INSERT INTO %1 DEFAULT VALUES RETURNING %2").arg(table, keyColumn);

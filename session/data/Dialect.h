@@ -44,6 +44,13 @@ public:
     // blanks, as the pharmacy's original server compared text. One placeholder.
     QString textEquals(const QString& column) const;
 
+    // A transaction in which a read-then-insert runs alone among the workstations: SQLite
+    // takes the database's write lock at once (BEGIN IMMEDIATE); PostgreSQL begins, and
+    // lockStatement() then takes a transaction-level advisory lock on a name (one bound
+    // value), released at COMMIT or ROLLBACK. Empty lockStatement() where BEGIN suffices.
+    QString beginLocked() const;
+    QString lockStatement() const;
+
     // Inserts a row of defaults only and returns its key as the statement's one row.
     QString insertEmptyRow(const QString& table, const QString& keyColumn) const;
     // The name under which the database's catalogue keeps an unquoted identifier:

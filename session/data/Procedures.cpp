@@ -1,6 +1,7 @@
 #include "session/data/Procedures.h"
 
 #include "session/data/DbConnection.h"
+#include "session/data/FillProcedures.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 
@@ -44,6 +45,8 @@ struct Registry {
             procedures[canonical(QString::fromLatin1(entry.name))] = newKeyProcedure(entry);
         }
         procedures[canonical(QStringLiteral("PatientIns"))] = patientIns;
+        for (auto& [name, procedure] : fillProcedures())
+            procedures[canonical(QString::fromLatin1(name))] = std::move(procedure);
     }
 };
 

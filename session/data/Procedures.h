@@ -21,7 +21,9 @@ public:
         // "@RETURN_VALUE"; null when the procedure returns none.
         QVariant ReturnValue;
         // The rows the procedure selects, if any (a closed record set when none).
-        RecordSet rows;
+        RecordSet rows = {};
+        // The output parameters by name ("@RxNumber"); empty when the procedure has none.
+        QVariantMap Output = {};
     };
     using Procedure = std::function<Result(DbConnection& connection, const QVariantList& args)>;
 

@@ -18,9 +18,9 @@ struct SampleTable {
     QString text;
 };
 
-std::vector<SampleTable> sampleFiles() {
+std::vector<SampleTable> sampleFiles(std::span<const EmbeddedFile> embedded) {
     std::vector<SampleTable> files;
-    for (const EmbeddedFile& file : samplePharmacyFiles()) {
+    for (const EmbeddedFile& file : embedded) {
         QString table = QString::fromUtf8(file.name.data(), qsizetype(file.name.size()));
         table.chop(4);  // ".tsv"
         files.push_back({table, QString::fromUtf8(file.text.data(), qsizetype(file.text.size()))});
@@ -57,11 +57,24 @@ int loadAll(DbConnection& connection, const std::vector<SampleTable>& files) {
     return rows;
 }
 
+// Loads the files in one transaction unless one of their tables already holds rows.
+SampleLoad loadSample(DbConnection& connection, const std::vector<SampleTable>& files) {
+    SampleLoad result;
+    for (const SampleTable& file : files) {
+        if (!holdsRows(connection, file.table)) continue;
+        result.occupiedTable = file.table;
+        return result;
+    }
+    runInTransaction(connection, [&] { result.rows = loadAll(connection, files); });
+    result.loaded = true;
+    return result;
+}
+
 }  // namespace
 
 QStringList sampleTables() {
     QStringList tables;
-    for (const SampleTable& file : sampleFiles()) tables << file.table;
+    for (const SampleTable& file : sampleFiles(samplePharmacyFiles())) tables << file.table;
     return tables;
 }
 
@@ -81,16 +94,11 @@ int loadTabSeparated(DbConnection& connection, const QString& table, const QStri
 }
 
 SampleLoad loadSamplePharmacy(DbConnection& connection) {
-    const std::vector<SampleTable> files = sampleFiles();
-    SampleLoad result;
-    for (const SampleTable& file : files) {
-        if (!holdsRows(connection, file.table)) continue;
-        result.occupiedTable = file.table;
-        return result;
-    }
-    runInTransaction(connection, [&] { result.rows = loadAll(connection, files); });
-    result.loaded = true;
-    return result;
+    return loadSample(connection, sampleFiles(samplePharmacyFiles()));
+}
+
+SampleLoad loadPriceSourceSample(DbConnection& connection) {
+    return loadSample(connection, sampleFiles(priceSourceSampleFiles()));
 }
 
 }  // namespace tvrx

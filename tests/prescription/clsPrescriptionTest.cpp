@@ -73,8 +73,9 @@ struct FillCase {
 
 // Prescription 500 has five refills: its first refill was voided and its third deleted,
 // which gives them back. 501's original keeps no original date and no original
-// quantity, so its own date and quantity stand in. 502 lost its original. 503 has three
-// refills and more quantity remaining than three fills of its original quantity.
+// quantity, so its own date and quantity stand in. 502 lost its original. 503 and 504
+// have three refills, 504 more quantity remaining than three fills of its original
+// quantity.
 TEST_P(clsPrescriptionTest, AFillReadsItsOriginalAndWhatWasLeftAsOfItself) {
     rows("RXINFO",
          "RXInfoID\tNumber\tRefillNumber\tDate\tQty\tQtyRemain\tRefills\tOriginalRefills\t"
@@ -88,7 +89,7 @@ TEST_P(clsPrescriptionTest, AFillReadsItsOriginalAndWhatWasLeftAsOfItself) {
          "21\t501\t1\t2026-03-01 10:30:00\t60\t60\t1\t\t\t\t0\t0\n"
          "31\t502\t1\t2026-03-01 10:30:00\t30\t\t1\t\t2026-01-01 00:00:00\t30\t0\t0\n"
          "40\t503\t0\t2026-01-08 09:14:27\t30\t90\t3\t3\t2026-01-08 00:00:00\t30\t0\t0\n"
-         "41\t503\t0\t2026-01-08 09:14:27\t30\t91\t3\t3\t2026-01-08 00:00:00\t30\t0\t0\n");
+         "41\t504\t0\t2026-01-08 09:14:27\t30\t91\t3\t3\t2026-01-08 00:00:00\t30\t0\t0\n");
     const QDateTime day8 = at(2026, 1, 8);
     const std::vector<FillCase> cases{
         {"original of 500", 10, "5", day8, 30, 5},
