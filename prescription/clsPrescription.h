@@ -75,6 +75,39 @@ public:
     QString ProductIDQualifier() const;
     void setProductIDQualifier(const QString& value) { m_sProductIDQualifier = value; }
 
+    // ---- New prescriptions and refills (prescription/NewPrescription.cpp, Refill.cpp) ----
+
+    // Starts a prescription under the next number with its original fill, made by the
+    // pharmacist in RPh, and loads it; StartNumber is accepted and not used. False, and the
+    // object as it was, when no number could be had.
+    bool NewPrescription(qint32 RPhID, qint32 StartNumber, qint32 TechID = 0);
+    // Refills prescription lRxNumber under the pharmacy's refill rules, asking the user
+    // where a rule objects, and loads the new fill. -1 when the fill was made; 0 when not
+    // (no such number, a rule refused, the user cancelled, the fill could not be stored);
+    // 10 when the user chose to print the call-doctor form, 11 to fax the doctor.
+    // lRxNumber comes back as the number filled when the user followed a newer number or
+    // generated a new one. The caller prices the fill and calls Update.
+    qint16 RefillPrescription(qint32 RPhID, qint32 StartNumber, qint32& lRxNumber,
+                              qint32 lPatientID = 0, qint32 TechID = 0,
+                              bool ControlIIOveride = false);
+    // How this object came to be, for labels: "NEW ", "REFILL ", "EDIT ", "GENERATED ",
+    // or "?".
+    QString FillMode() const;
+
+    // ---- Pricing (prescription/Pricing.cpp) ----
+
+    // Chooses the fill's retail table (CurrentPT) and copay table (CopayPT), or a fixed
+    // copay from the plan, by the plan, the drug, the patient and the host's defaults for
+    // generic and brand drugs. Runs before GetRetail and GetCopay.
+    void SetPriceTables(qint32 nDefGen, qint32 nDefBrand);
+    // The price of the amounts by table lPT (PriceTableID when lPT is below 1, and lPT
+    // then holds it); 0 when there is none.
+    double GetCustomPrice(double dAWP, double dCost, qint32& lPT, double dQty);
+    // The retail price by CurrentPT (which becomes PriceTableID when it is below 1).
+    double GetRetail(double dAWP, double dCost, double dQty);
+    // The plan's fixed Copay, or the price by CopayPT when SetPriceTables chose a table.
+    double GetCopay(double dAWP, double dCost, double dQty);
+
     bool Updated() const { return m_bUpdated; }
     rxTypes PrescriptionType = NewRx;
 
@@ -202,6 +235,11 @@ private:
     // rows carry them, 0 when the object was not edited.
     qint32 m_lEditRPhID = 0;
     qint32 m_lEditTechID = 0;
+
+    // Whether GetCopay prices the copay by CopayPT (true) or gives the plan's fixed Copay.
+    bool CopayFromTable = false;
+    // The addend of the band the latest GetCustomPrice or GetRetail used.
+    double LastMarkUpAddend = 0;
 
     // The change log's picture of the watched values as last read or logged.
     bool m_bSavedForLog = false;
