@@ -1,0 +1,305 @@
+#include "prescription/PrescriptionFixture.h"
+#include "support/DataRows.h"
+#include "support/ExpectedDialogs.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <functional>
+#include <numeric>
+#include <thread>
+
+namespace tvrx {
+namespace {
+
+// A scripted user that, once the last prepared answer is given, lets something happen at
+// the counter before the fill is stored: a statement fails, another workstation fills.
+class InterruptedUser : public ScriptedUserInteraction {
+public:
+    std::function<void()> meanwhile;
+
+    Answer MsgBox(const QString& text, Buttons buttons, Icon icon, int defaultButton,
+                  const QString& title) override {
+        return after(ScriptedUserInteraction::MsgBox(text, buttons, icon, defaultButton, title));
+    }
+    QString InputBox(const QString& prompt, const QString& title,
+                     const QString& defaultText) override {
+        return after(ScriptedUserInteraction::InputBox(prompt, title, defaultText));
+    }
+    int Choose(const QString& captions, int buttonCount, int defaultButton, const QString& title,
+               const QString& message, int option) override {
+        return after(ScriptedUserInteraction::Choose(captions, buttonCount, defaultButton, title,
+                                                     message, option));
+    }
+
+private:
+    template <class T>
+    T after(T answer) {
+        if (pendingAnswers() == 0 && meanwhile) std::exchange(meanwhile, nullptr)();
+        return answer;
+    }
+};
+
+// One case of tests/data/fills.tsv: its lines by keyword, in order.
+struct RefillCase {
+    std::string where;
+    QList<QStringList> lines;
+    QList<QStringList> all(const QString& keyword) const {
+        QList<QStringList> found;
+        for (const QStringList& line : lines)
+            if (line.value(0) == keyword) found << line.mid(1);
+        return found;
+    }
+    QStringList first(const QString& keyword) const { return all(keyword).value(0); }
+};
+
+// "Column=value" cells; "null" stands for a null.
+QList<QPair<QString, QString>> assignments(const QStringList& cells) {
+    QList<QPair<QString, QString>> pairs;
+    for (const QString& cell : cells) {
+        const qsizetype equals = cell.indexOf(u'=');
+        pairs.append({cell.left(equals), cell.mid(equals + 1)});
+    }
+    return pairs;
+}
+
+QVariant valueOf(const QString& text) {
+    return text == "null" ? QVariant() : QVariant(test::unescaped(text));
+}
+
+// Compared as the expected text reads: a date-time, a number, or a text.
+void expectValue(const QString& what, const QVariant& actual, const QString& expected) {
+    static const QRegularExpression dateTime(
+        QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d$"));
+    bool isNumber = false;
+    const double number = expected.toDouble(&isNumber);
+    if (expected.isEmpty()) {
+        EXPECT_EQ(actual.toString(), QString()) << what.toStdString();
+        return;
+    }
+    QVariant wanted = valueOf(expected);
+    if (dateTime.match(expected).hasMatch())
+        wanted = Dialect::dateTimeFromText(expected);
+    else if (isNumber)
+        wanted = number;
+    test::expectSame(qPrintable(what), actual, wanted);
+}
+
+class NewAndRefillTest : public test::PrescriptionFixture {
+protected:
+    void SetUp() override {
+        PrescriptionFixture::SetUp();
+        if (IsSkipped() || HasFatalFailure()) return;
+        mdlMain::UserService = scripted;
+        scripted->setUnexpectedCallHandler(
+            [](const QString& message) { ADD_FAILURE() << message.toStdString(); });
+        parse();
+    }
+
+    void TearDown() override {
+        EXPECT_EQ(scripted->pendingAnswers(), 0);
+        PrescriptionFixture::TearDown();
+    }
+
+    // The global lines (the fills' columns, the drugs) and the cases.
+    void parse() {
+        for (const test::DataRow& row : test::dataRows("fills.tsv")) {
+            const QString keyword = row.cells.value(0);
+            if (keyword == "columns")
+                columns = row.cells.mid(1).join(u'\t');
+            else if (keyword == "drug")
+                db->Execute("INSERT INTO DRUG (DrugID, Name, Schedule) VALUES (?, ?, ?)",
+                            {row.cells[1].toInt(), row.cells[2], valueOf(row.cells.value(3))});
+            else if (keyword == "case")
+                cases.append({row.where, {}});
+            if (!cases.isEmpty()) cases.last().lines.append(row.cells);
+        }
+    }
+
+    void arrange(const RefillCase& c) {
+        db->Execute("DELETE FROM RXINFO");
+        db->Execute("DELETE FROM Ingredients");
+        scripted->clear();
+        reporter->clear();
+        const QStringList at = c.first("clock");
+        clock->set(at.isEmpty() ? test::at(2026, 3, 14, 9, 26, 53)
+                                : Dialect::dateTimeFromText(at[0]));
+        QString fills = columns + u'\n';
+        for (const QStringList& fill : c.all("fill")) fills += fill.join(u'\t') + u'\n';
+        loadTabSeparated(*db, "RXINFO", fills);
+        // The fills carry their keys; PostgreSQL's key counter must learn where they stand.
+        if (backend() == Backend::PostgreSQL)
+            db->Scalar(
+                "SELECT setval(pg_get_serial_sequence('rxinfo', 'rxinfoid'), "
+                "(SELECT COALESCE(MAX(RXInfoID), 0) + 1 FROM RXINFO), false)");
+        for (const QStringList& set : c.all("set")) {
+            for (const auto& [column, value] : assignments(set.mid(1)))
+                db->Execute(
+                    QStringLiteral("UPDATE RXINFO SET %1 = ? WHERE RXInfoID = ?").arg(column),
+                    {valueOf(value), set[0].toInt()});
+        }
+        for (const QStringList& i : c.all("ingredient")) {
+            db->Execute(
+                "INSERT INTO Ingredients (RxInfoID, NAME, NDC, CostBasis, Qty, Cost, HCPC) "
+                "VALUES (?, ?, ?, ?, ?, ?, ?)",
+                {i[0].toInt(), valueOf(i[1]), valueOf(i[2]), valueOf(i[3]), valueOf(i[4]),
+                 valueOf(i[5]), valueOf(i.value(6))});
+        }
+        for (const QStringList& ask : c.all("ask")) {
+            const QString kind = test::expectedDialog(ask[0]).section(u':', 0, 0);
+            if (kind == "MsgBox") {
+                for (Answer answer : {Answer::OK, Answer::Cancel, Answer::Yes, Answer::No})
+                    if (answerName(answer) == ask[2]) scripted->answerMsgBox(answer);
+            } else if (kind == "Choose") {
+                scripted->answerChoose(ask[2].toInt());
+            } else {
+                scripted->answerInputBox(ask[2] == "empty" ? QString() : ask[2]);
+            }
+        }
+        const QStringList hook = c.first("meanwhile");
+        if (hook.value(0) == "fail")
+            scripted->meanwhile = [this, hook] { db->failNextStatement(hook[1].toLong()); };
+        if (hook.value(0) == "fill")
+            scripted->meanwhile = [this, hook] {
+                connect()->Execute(
+                    "INSERT INTO RXINFO (Number, RefillNumber, Deleted) VALUES (?, ?, 0)",
+                    {hook[1].toInt(), hook[2].toInt()});
+            };
+    }
+
+    // "refill": the number, then rph, start, patient, tech, override. "new": rph, tech and
+    // the pharmacist the object held before ("held"). The code of a new prescription is 1
+    // when it was made, and the number the one it got.
+    qint16 run(const RefillCase& c, clsPrescription& rx, qint32& number) {
+        QHash<QString, qint32> option{{"rph", 3},  {"start", 0},    {"patient", 0},
+                                      {"tech", 4}, {"override", 0}, {"held", 0}};
+        const QStringList failing = c.first("failing");
+        if (!failing.isEmpty()) db->failNextStatement(failing[0].toLong());
+        const QStringList made = c.first("new");
+        if (!c.all("new").isEmpty()) {
+            for (const auto& [name, value] : assignments(made)) option[name] = value.toInt();
+            rx.RPh = option["held"];
+            const bool ok = rx.NewPrescription(option["rph"], option["start"], option["tech"]);
+            number = rx.Number;
+            return ok ? 1 : 0;
+        }
+        const QStringList call = c.first("refill");
+        number = call[0].toInt();
+        for (const auto& [name, value] : assignments(call.mid(1))) option[name] = value.toInt();
+        return rx.RefillPrescription(option["rph"], option["start"], number, option["patient"],
+                                     option["tech"], option["override"] != 0);
+    }
+
+    void check(const RefillCase& c, const clsPrescription& rx, qint16 code, qint32 number) {
+        const QStringList expected = c.first("expect");
+        EXPECT_EQ(QStringList({QString::number(code), QString::number(number)}),
+                  expected.mid(0, 2));
+        QStringList askedNow;
+        for (const auto& call : scripted->calls()) askedNow << test::asked(call);
+        QStringList wanted;
+        for (const QStringList& ask : c.all("ask"))
+            wanted << test::expectedDialog(ask[0],
+                                           ask[1] == "-" ? QStringList() : ask[1].split(u','));
+        EXPECT_EQ(askedNow, wanted);
+        const QStringList reports = c.first("reports");
+        EXPECT_EQ(takeReports(), reports);
+        for (const QStringList& row : c.all("row")) {
+            for (const auto& [column, value] : assignments(row)) {
+                expectValue(
+                    column,
+                    db->Scalar(
+                        QStringLiteral("SELECT %1 FROM RXINFO WHERE RXInfoID = ?").arg(column),
+                        {rx.RXInfoID}),
+                    value);
+            }
+        }
+        for (const QStringList& object : c.all("object")) {
+            for (const auto& [name, value] : assignments(object)) {
+                if (name == "Type") {
+                    EXPECT_EQ(QString::number(rx.PrescriptionType), value);
+                    continue;
+                }
+                if (name == "FillMode") {
+                    EXPECT_EQ(rx.FillMode(), QString(value).remove(u'"'));
+                    continue;
+                }
+                const auto& described = prescriptionColumns().columns();
+                const auto found = std::find_if(described.begin(), described.end(),
+                                                [&](const auto& col) { return name == col.name; });
+                ASSERT_NE(found, described.end()) << name.toStdString();
+                expectValue(name, found->property.get(rx), value);
+            }
+        }
+        QStringList copied;
+        RecordSet rs = db->OpenRecordSet(
+            "SELECT NAME, NDC, CostBasis, Qty, Cost, HCPC FROM Ingredients WHERE RxInfoID = ? "
+            "ORDER BY IngredientID",
+            {code == -1 && c.all("new").isEmpty() ? rx.RXInfoID : -1});
+        for (; !rs.Eof(); rs.MoveNext()) {
+            for (int i = 0; i < rs.FieldCount(); ++i) copied << rs.Fields(i).toString();
+        }
+        EXPECT_EQ(copied, c.first("ingredients"));
+        const QStringList fills = c.first("fills");
+        if (!fills.isEmpty()) {
+            EXPECT_EQ(db->Scalar("SELECT COUNT(*) FROM RXINFO").toInt(), fills[0].toInt());
+        }
+    }
+
+    std::shared_ptr<InterruptedUser> scripted = std::make_shared<InterruptedUser>();
+    QString columns;
+    QList<RefillCase> cases;
+};
+
+TEST_P(NewAndRefillTest, EveryRuleOnBothSidesOfItsBoundaryAndEveryButton) {
+    for (const RefillCase& c : cases) {
+        SCOPED_TRACE(c.where);
+        arrange(c);
+        clsPrescription rx;
+        const QStringList load = c.first("load");
+        if (!load.isEmpty()) {
+            rx.RXInfoID = load[0].toInt();
+            rx.GetData();
+            rx.PrescriptionType = EditRx;
+        }
+        qint32 number = 0;
+        const qint16 code = run(c, rx, number);
+        check(c, rx, code, number);
+    }
+}
+
+// Two workstations, each with its own session and connection, starting prescriptions at
+// the same time: every number is handed out once, none is skipped.
+TEST_P(NewAndRefillTest, TwoWorkstationsAtOnceNeverShareANumber) {
+    constexpr int kEach = 25;
+    const QString database = connectionString();
+    const auto workstation = [database](QList<int>* numbers, QStringList* reports) {
+        auto recorder = std::make_shared<RecordingErrorReporter>();
+        mdlMain::ErrorReporter = recorder;
+        auto connection = std::make_shared<DbConnection>(database);
+        connection->Open();
+        clsPrescription rx;
+        rx.setConnection(connection);
+        for (int i = 0; i < kEach; ++i) {
+            if (rx.NewPrescription(3, 0)) numbers->append(rx.Number);
+        }
+        *reports = recorder->locations();
+        mdlMain::resetSession();
+    };
+    QList<int> numbers[2];
+    QStringList reports[2];
+    std::thread first(workstation, &numbers[0], &reports[0]);
+    std::thread second(workstation, &numbers[1], &reports[1]);
+    first.join();
+    second.join();
+    EXPECT_EQ(reports[0] + reports[1], QStringList());
+    QList<int> all = numbers[0] + numbers[1];
+    std::sort(all.begin(), all.end());
+    QList<int> expected(2 * kEach);
+    std::iota(expected.begin(), expected.end(), 1);
+    EXPECT_EQ(all, expected);
+}
+
+TVRX_BACKENDS(NewAndRefillTest);
+
+}  // namespace
+}  // namespace tvrx
