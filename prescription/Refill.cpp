@@ -84,7 +84,7 @@ bool equals(const QVariant& value, double other) {
 
 // Whole quantities divided with the remainder dropped; a divisor that rounds to 0 fails
 // with 11.
-double wholeFills(double quantity, double perFill) {
+qint32 wholeFills(double quantity, double perFill) {
     const qint32 divisor = conv::LongFromDouble(perFill);
     const qint32 dividend = conv::LongFromDouble(quantity);
     if (divisor == 0) fail(err::DivisionByZero);
@@ -333,9 +333,8 @@ QString RefillRun::controlledExpiry(const RecordSet& original, bool& expired) {
     } else if (dateTest([&] {
                    return conv::DateDiff(conv::DateInterval::Month,
                                          column(original, "OriginalDate"), now) > 6;
-               })) {
-        reason = refill::kSixMonthsElapsed;
-    } else if (dateTest([&] {
+               }) ||
+               dateTest([&] {
                    const QVariant date = column(original, "OriginalDate");
                    return conv::DateDiff(conv::DateInterval::Month, date, now) == 6 &&
                           now.date().day() > conv::ToDate(date).date().day();
@@ -483,7 +482,7 @@ void RefillRun::copyFromLastFill() {
         {"InsData", &clsPrescription::InsData},
         {"Notes", &clsPrescription::Notes},
     };
-    for (const auto& [name, member] : texts) frame_([&] { rx_.*member = text(last, name); });
+    for (const auto& copied : texts) frame_([&] { rx_.*copied.second = text(last, copied.first); });
     frame_([&] { rx_.FormulaID = conv::ToInteger(zeroText(last, "FormulaID")); });
     frame_([&] { rx_.DNDC = text(last, "DNDC"); });
     rx_.Tech = techId_;

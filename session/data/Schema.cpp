@@ -299,7 +299,7 @@ SchemaReport applySchema(DbConnection& connection, const MigrationSet& set) {
 }
 
 SchemaReport applySchema(DbConnection& connection) {
-    const SchemaReport report = applySchema(connection, pharmacySchema());
+    SchemaReport report = applySchema(connection, pharmacySchema());
     registerSchemaTables();
     return report;
 }

@@ -191,58 +191,61 @@ protected:
     }
 
     void check(const RefillCase& c, const clsPrescription& rx, qint16 code, qint32 number) {
-        const QStringList expected = c.first("expect");
-        EXPECT_EQ(QStringList({QString::number(code), QString::number(number)}),
-                  expected.mid(0, 2));
-        QStringList askedNow;
-        for (const auto& call : scripted->calls()) askedNow << test::asked(call);
-        QStringList wanted;
+        EXPECT_EQ(QStringList({QString::number(code), QString::number(number)}), c.first("expect"));
+        QStringList asked;
+        for (const auto& call : scripted->calls()) asked << test::asked(call);
+        QStringList dialogs;
         for (const QStringList& ask : c.all("ask"))
-            wanted << test::expectedDialog(ask[0],
-                                           ask[1] == "-" ? QStringList() : ask[1].split(u','));
-        EXPECT_EQ(askedNow, wanted);
-        const QStringList reports = c.first("reports");
-        EXPECT_EQ(takeReports(), reports);
+            dialogs << test::expectedDialog(ask[0],
+                                            ask[1] == "-" ? QStringList() : ask[1].split(u','));
+        EXPECT_EQ(asked, dialogs);
+        EXPECT_EQ(takeReports(), c.first("reports"));
         for (const QStringList& row : c.all("row")) {
             for (const auto& [column, value] : assignments(row)) {
-                expectValue(
-                    column,
-                    db->Scalar(
-                        QStringLiteral("SELECT %1 FROM RXINFO WHERE RXInfoID = ?").arg(column),
-                        {rx.RXInfoID}),
-                    value);
+                const QString select = QStringLiteral("SELECT %1 FROM RXINFO WHERE RXInfoID = ?");
+                expectValue(column, db->Scalar(select.arg(column), {rx.RXInfoID}), value);
             }
         }
         for (const QStringList& object : c.all("object")) {
-            for (const auto& [name, value] : assignments(object)) {
-                if (name == "Type") {
-                    EXPECT_EQ(QString::number(rx.PrescriptionType), value);
-                    continue;
-                }
-                if (name == "FillMode") {
-                    EXPECT_EQ(rx.FillMode(), QString(value).remove(u'"'));
-                    continue;
-                }
-                const auto& described = prescriptionColumns().columns();
-                const auto found = std::find_if(described.begin(), described.end(),
-                                                [&](const auto& col) { return name == col.name; });
-                ASSERT_NE(found, described.end()) << name.toStdString();
-                expectValue(name, found->property.get(rx), value);
-            }
+            for (const auto& [name, value] : assignments(object)) expectProperty(rx, name, value);
         }
-        QStringList copied;
-        RecordSet rs = db->OpenRecordSet(
-            "SELECT NAME, NDC, CostBasis, Qty, Cost, HCPC FROM Ingredients WHERE RxInfoID = ? "
-            "ORDER BY IngredientID",
-            {code == -1 && c.all("new").isEmpty() ? rx.RXInfoID : -1});
-        for (; !rs.Eof(); rs.MoveNext()) {
-            for (int i = 0; i < rs.FieldCount(); ++i) copied << rs.Fields(i).toString();
-        }
-        EXPECT_EQ(copied, c.first("ingredients"));
+        const bool refilled = code == -1 && c.all("new").isEmpty();
+        EXPECT_EQ(ingredientsOf(refilled ? rx.RXInfoID : -1), c.first("ingredients"));
         const QStringList fills = c.first("fills");
         if (!fills.isEmpty()) {
             EXPECT_EQ(db->Scalar("SELECT COUNT(*) FROM RXINFO").toInt(), fills[0].toInt());
         }
+    }
+
+    // A property by its column's name, or the object's kind ("Type") or fill mode.
+    static void expectProperty(const clsPrescription& rx, const QString& name,
+                               const QString& value) {
+        if (name == "Type") {
+            EXPECT_EQ(QString::number(rx.PrescriptionType), value);
+            return;
+        }
+        if (name == "FillMode") {
+            EXPECT_EQ(rx.FillMode(), QString(value).remove(u'"'));
+            return;
+        }
+        const auto& described = prescriptionColumns().columns();
+        const auto found = std::find_if(described.begin(), described.end(),
+                                        [&](const auto& column) { return name == column.name; });
+        ASSERT_NE(found, described.end()) << name.toStdString();
+        expectValue(name, found->property.get(rx), value);
+    }
+
+    // Every value of a fill's ingredients, one after the other.
+    QStringList ingredientsOf(qint32 rxInfoId) const {
+        QStringList values;
+        RecordSet rs = db->OpenRecordSet(
+            "SELECT NAME, NDC, CostBasis, Qty, Cost, HCPC FROM Ingredients WHERE RxInfoID = ? "
+            "ORDER BY IngredientID",
+            {rxInfoId});
+        for (; !rs.Eof(); rs.MoveNext()) {
+            for (int i = 0; i < rs.FieldCount(); ++i) values << rs.Fields(i).toString();
+        }
+        return values;
     }
 
     std::shared_ptr<InterruptedUser> scripted = std::make_shared<InterruptedUser>();
@@ -294,7 +297,7 @@ TEST_P(NewAndRefillTest, TwoWorkstationsAtOnceNeverShareANumber) {
     EXPECT_EQ(reports[0] + reports[1], QStringList());
     QList<int> all = numbers[0] + numbers[1];
     std::sort(all.begin(), all.end());
-    QList<int> expected(2 * kEach);
+    QList<int> expected(qsizetype{2} * kEach);
     std::iota(expected.begin(), expected.end(), 1);
     EXPECT_EQ(all, expected);
 }
