@@ -12,29 +12,16 @@
 namespace tvrx {
 namespace {
 
-// A scripted user that, once the last prepared answer is given, lets something happen at
-// the counter before the fill is stored: a statement fails, another workstation fills.
+// A scripted user that, once the last prepared answer (an input box's) is given, lets
+// something happen at the counter before the fill is stored: a statement fails, another
+// workstation fills.
 class InterruptedUser : public ScriptedUserInteraction {
 public:
     std::function<void()> meanwhile;
 
-    Answer MsgBox(const QString& text, Buttons buttons, Icon icon, int defaultButton,
-                  const QString& title) override {
-        return after(ScriptedUserInteraction::MsgBox(text, buttons, icon, defaultButton, title));
-    }
     QString InputBox(const QString& prompt, const QString& title,
                      const QString& defaultText) override {
-        return after(ScriptedUserInteraction::InputBox(prompt, title, defaultText));
-    }
-    int Choose(const QString& captions, int buttonCount, int defaultButton, const QString& title,
-               const QString& message, int option) override {
-        return after(ScriptedUserInteraction::Choose(captions, buttonCount, defaultButton, title,
-                                                     message, option));
-    }
-
-private:
-    template <class T>
-    T after(T answer) {
+        QString answer = ScriptedUserInteraction::InputBox(prompt, title, defaultText);
         if (pendingAnswers() == 0 && meanwhile) std::exchange(meanwhile, nullptr)();
         return answer;
     }
@@ -138,13 +125,9 @@ protected:
                     QStringLiteral("UPDATE RXINFO SET %1 = ? WHERE RXInfoID = ?").arg(column),
                     {valueOf(value), set[0].toInt()});
         }
-        for (const QStringList& i : c.all("ingredient")) {
-            db->Execute(
-                "INSERT INTO Ingredients (RxInfoID, NAME, NDC, CostBasis, Qty, Cost, HCPC) "
-                "VALUES (?, ?, ?, ?, ?, ?, ?)",
-                {i[0].toInt(), valueOf(i[1]), valueOf(i[2]), valueOf(i[3]), valueOf(i[4]),
-                 valueOf(i[5]), valueOf(i.value(6))});
-        }
+        QString ingredients = QStringLiteral("RxInfoID\tNAME\tNDC\tCostBasis\tQty\tCost\tHCPC\n");
+        for (const QStringList& i : c.all("ingredient")) ingredients += i.join(u'\t') + u'\n';
+        loadTabSeparated(*db, "Ingredients", ingredients);
         for (const QStringList& ask : c.all("ask")) {
             const QString kind = test::expectedDialog(ask[0]).section(u':', 0, 0);
             if (kind == "MsgBox") {
