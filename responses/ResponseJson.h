@@ -1,9 +1,9 @@
 #pragma once
 
 #include "responses/clsClaimResponse.h"
-#include "session/text/ClaimNotation.h"
 #include "session/runtime/RecordingErrorReporter.h"
 #include "session/runtime/ScriptedUserInteraction.h"
+#include "session/text/ClaimNotation.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -4,9 +4,9 @@
 #include "responses/ResponseJson.h"
 #include "responses/ResponseLayout.h"
 #include "responses/clsClaimResponse.h"
+#include "session/runtime/Session.h"
 #include "session/text/ClaimNotation.h"
 #include "session/text/Encodings.h"
-#include "session/runtime/Session.h"
 
 #include <QJsonDocument>
 

@@ -3,11 +3,11 @@
 #include "claims/Wrapper.h"
 #include "common/ExchangeDirectory.h"
 #include "common/NotationFile.h"
-#include "session/text/ClaimNotation.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/ErrorReporter.h"
 #include "session/runtime/Failure.h"
 #include "session/runtime/Session.h"
+#include "session/text/ClaimNotation.h"
 
 #include <QFile>
 

@@ -1,9 +1,9 @@
 #include "Command.h"
 
 #include "session/data/DbConnection.h"
-#include "session/runtime/Failure.h"
 #include "session/data/SamplePharmacy.h"
 #include "session/data/Schema.h"
+#include "session/runtime/Failure.h"
 
 #include <QUrl>
 
