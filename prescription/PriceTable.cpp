@@ -71,10 +71,15 @@ double field(const RecordSet& rs, const char* name) {
     return conv::ToDouble(rs.Fields(QString::fromLatin1(name)));
 }
 
+PriceBand bandAt(const RecordSet& bands, double from, bool last) {
+    return {from, field(bands, "BreakPoint"), field(bands, "MarkUpMultiplier"),
+            field(bands, "MarkUpAddend"), last};
+}
+
 }  // namespace
 
 double GetPrice(qint32& lPT, double dAWP, double dCost, double& dAddend, qint32 lDefaultPT,
-                double dQty) {
+                double dQty, PriceBand* used) {
     double price = 0;
     Frame frame("mdlMain:GetPrice");
     // An operation on a closed result is passed over in silence.
@@ -116,17 +121,21 @@ double GetPrice(qint32& lPT, double dAWP, double dCost, double& dAddend, qint32 
     });
     const double value = byQuantity ? dQty : base;
     // Every band is looked at, so where bands overlap the last that holds the value wins.
+    PriceBand taken;
     double previous = 0;
+    double lastFrom = 0;
     bool found = false;
     for (;;) {
         bool more = false;
         frame([&] { more = !bands.Eof(); });
         if (!more) break;
         frame([&] {
+            lastFrom = previous;
             const double breakPoint = field(bands, "BreakPoint");
             if (value >= previous && value < breakPoint) {
-                price = base * field(bands, "MarkUpMultiplier") + field(bands, "MarkUpAddend");
-                dAddend = field(bands, "MarkUpAddend");
+                taken = bandAt(bands, previous, false);
+                price = base * taken.multiplier + taken.addend;
+                dAddend = taken.addend;
                 found = true;
             }
             previous = breakPoint;
@@ -136,10 +145,12 @@ double GetPrice(qint32& lPT, double dAWP, double dCost, double& dAddend, qint32 
     if (!found) {
         frame([&] {
             bands.MoveLast();
-            price = base * field(bands, "MarkUpMultiplier") + field(bands, "MarkUpAddend");
-            dAddend = field(bands, "MarkUpAddend");
+            taken = bandAt(bands, lastFrom, true);
+            price = base * taken.multiplier + taken.addend;
+            dAddend = taken.addend;
         });
     }
+    if (used) *used = taken;
     frame([&] { key.Close(); });
     frame([&] { bands.Close(); });
     return price;

@@ -18,7 +18,16 @@ namespace tvrx::mdlMain {
 // is told how to report it, the failure "Error getting price table" is reported, and the
 // price is 0; a table without a key row or without bands is a box and 0. dAddend receives
 // the addend of the band used.
+//
+// A host that shows how a price came about passes `used`: it receives the band taken.
+struct PriceBand {
+    double from = 0;        // the break point of the band before it, 0 for the first
+    double breakPoint = 0;  // its own
+    double multiplier = 0;
+    double addend = 0;
+    bool last = false;  // taken as the last band: no band held the value
+};
 double GetPrice(qint32& lPT, double dAWP, double dCost, double& dAddend, qint32 lDefaultPT,
-                double dQty);
+                double dQty, PriceBand* used = nullptr);
 
 }  // namespace tvrx::mdlMain

@@ -31,5 +31,8 @@ Command logCommand();
 Command planCommand();
 Command showCommand();
 Command decodeCommand();
+Command priceCommand();
+Command newCommand();
+Command refillCommand();
 
 }  // namespace tvrx::cli

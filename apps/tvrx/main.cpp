@@ -8,8 +8,8 @@ namespace tvrx::cli {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
-        encodeCommand(), exchangeCommand(), initCommand(),   showCommand(),
-        logCommand(),    planCommand(),     decodeCommand(),
+        encodeCommand(), exchangeCommand(), initCommand(),  showCommand(), logCommand(),
+        planCommand(),   decodeCommand(),   priceCommand(), newCommand(),  refillCommand(),
     };
     return all;
 }
