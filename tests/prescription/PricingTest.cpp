@@ -168,26 +168,6 @@ TEST_P(PricingTest, EachRuleOfChoosingTheTables) {
     }
 }
 
-// The sample pharmacy's fills priced as a host prices them, from either source.
-TEST_P(PricingTest, TheSampleFillsPriceFromTheirPlansAndDrugs) {
-    for (const test::DataRow& row : test::dataRows("sample-prices.tsv")) {
-        SCOPED_TRACE(row.where);
-        useSource(row.cells[0]);
-        auto rx = std::make_unique<clsPrescription>();
-        rx->RXInfoID = whole(row.cells[1]);
-        rx->GetData();
-        rx->SetPriceTables(22, 21);
-        EXPECT_EQ(QStringList({QString::number(rx->CurrentPT), QString::number(rx->CopayPT)}),
-                  numbers(row.cells[2]));
-        EXPECT_DOUBLE_EQ(rx->GetRetail(rx->AWP, rx->Cost, rx->Qty), amount(row.cells[3]));
-        EXPECT_DOUBLE_EQ(rx->GetCopay(rx->AWP, rx->Cost, rx->Qty), amount(row.cells[4]));
-        qint32 custom = 0;
-        EXPECT_DOUBLE_EQ(rx->GetCustomPrice(rx->AWP, rx->Cost, custom, rx->Qty),
-                         amount(row.cells[5]));
-        EXPECT_EQ(custom, rx->PriceTableID);
-    }
-}
-
 TVRX_BACKENDS(PricingTest);
 
 }  // namespace

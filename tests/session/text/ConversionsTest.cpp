@@ -1,6 +1,7 @@
 #include "session/text/Conversions.h"
 
 #include "session/runtime/Failure.h"
+#include "session/text/DateDiff.h"
 #include "support/MarkdownTables.h"
 
 #include <QDateTime>
@@ -265,6 +266,21 @@ TEST(ConversionsTest, DatePictures) {
         }
     }
     EXPECT_EQ(FormatDate(QDateTime(), "MM/DD/YYYY"), "");
+}
+
+TEST(ConversionsTest, DateDifferences) {
+    for (const test::MarkdownRow& row :
+         conversionsTable("### Date differences: `DateDiff` (session/text/DateDiff.h)").rows) {
+        const QVariant from =
+            row.cells[0] == u"null" ? QVariant() : QVariant(dateTime(row.cells[0]));
+        const QDateTime to = dateTime(row.cells[1]);
+        const auto difference = [&](DateInterval interval) {
+            return outcomeOf([&] { return qint32(DateDiff(interval, from, to)); });
+        };
+        EXPECT_EQ(difference(DateInterval::Day), expected(row.cells[2])) << row.where.toStdString();
+        EXPECT_EQ(difference(DateInterval::Month), expected(row.cells[3]))
+            << row.where.toStdString();
+    }
 }
 
 }  // namespace
