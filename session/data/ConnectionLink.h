@@ -54,9 +54,6 @@ private:
     void takeInjectedFailure();
     [[noreturn]] void raise(const QSqlError& error);
     bool linkIsDown() const;
-    void openSqlite(const QString& path);
-    void openPostgres(const QString& url);
-    void afterOpen();
     void readRows(QSqlQuery& query, RecordSet& result);
 
     QString connectionString_;
