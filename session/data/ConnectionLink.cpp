@@ -97,7 +97,7 @@ void ConnectionLink::requireUsable() {
     fail(err::ConnectionUnusable);
 }
 
-void ConnectionLink::takeInjectedFailure() {
+void ConnectionLink::takeInjectedFailure(const QString& sql) {
     if (!injected_) return;
     const long number = *injected_;
     injected_.reset();
@@ -105,35 +105,40 @@ void ConnectionLink::takeInjectedFailure() {
         close();
         lost_ = true;
     }
-    fail(number, {}, QStringLiteral("test hook"));
+    Failure failure(number, {}, QStringLiteral("test hook"));
+    failure.setStatement(sql);
+    throw failure;
 }
 
 bool ConnectionLink::linkIsDown() const {
     return dialect_.product().linkIsDown(QSqlDatabase::database(name_, false));
 }
 
-void ConnectionLink::raise(const QSqlError& error) {
+void ConnectionLink::raise(const QSqlError& error, const QString& sql) {
     const QString code = error.nativeErrorCode();
     long number = dialect_.product().failureNumber(code);
     if (number != err::LostLink && linkIsDown()) number = err::LostLink;
-    const QString description = QStringLiteral("%1 [%2 %3]")
-                                    .arg(databaseText(error), dialect_.product().codeName(),
-                                         code.isEmpty() ? QStringLiteral("none") : code);
+    const QString description =
+        QStringLiteral("%1 [%2 %3]")
+            .arg(dialect_.product().errorText(error), dialect_.product().codeName(),
+                 code.isEmpty() ? QStringLiteral("none") : code);
     if (number == err::LostLink) {
         close();
         lost_ = true;
     }
-    fail(number, description, dialect_.name());
+    Failure failure(number, description, dialect_.name());
+    failure.setStatement(sql);
+    throw failure;
 }
 
 QSqlQuery& ConnectionLink::run(const QString& sql, const QVariantList& params) {
     requireUsable();
-    takeInjectedFailure();
+    takeInjectedFailure(sql);
     ++statementsRun_;
     if (params.isEmpty()) {
         if (!startsWithWord(sql, u"SELECT")) prepared_.clear();
         oneOff_ = newQuery();
-        if (!oneOff_.exec(sql)) raise(oneOff_.lastError());
+        if (!oneOff_.exec(sql)) raise(oneOff_.lastError(), sql);
         return oneOff_;
     }
     QSqlQuery& query = preparedQuery(sql);
@@ -141,7 +146,7 @@ QSqlQuery& ConnectionLink::run(const QString& sql, const QVariantList& params) {
     if (!query.exec()) {
         const QSqlError error = query.lastError();
         prepared_.remove(sql);
-        raise(error);
+        raise(error, sql);
     }
     return query;
 }
@@ -158,7 +163,7 @@ QSqlQuery& ConnectionLink::preparedQuery(const QString& sql) {
     if (found != prepared_.end()) return *found;
     if (prepared_.size() >= kPreparedStatements) prepared_.clear();
     QSqlQuery query = newQuery();
-    if (!query.prepare(sql)) raise(query.lastError());
+    if (!query.prepare(sql)) raise(query.lastError(), sql);
     return *prepared_.emplace(sql, std::move(query));
 }
 
@@ -183,7 +188,7 @@ void ConnectionLink::readRows(QSqlQuery& query, RecordSet& result) {
         }
         result.rows_.push_back(std::move(row));
     }
-    if (query.lastError().isValid()) raise(query.lastError());
+    if (query.lastError().isValid()) raise(query.lastError(), query.lastQuery());
     result.names_ = result.allNames_;
     result.open_ = true;
     result.position_ = 0;

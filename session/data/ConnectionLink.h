@@ -51,8 +51,8 @@ private:
     QSqlQuery newQuery() const;
     QSqlQuery& preparedQuery(const QString& sql);
     void requireUsable();
-    void takeInjectedFailure();
-    [[noreturn]] void raise(const QSqlError& error);
+    void takeInjectedFailure(const QString& sql);
+    [[noreturn]] void raise(const QSqlError& error, const QString& sql);
     bool linkIsDown() const;
     void readRows(QSqlQuery& query, RecordSet& result);
 

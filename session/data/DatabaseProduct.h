@@ -48,6 +48,9 @@ public:
 
     // The platform's failure number for the database's own code of an error.
     virtual long failureNumber(const QString& nativeCode) const = 0;
+    // The database's text of an error for a failure's description. The statement itself
+    // is never part of it: it goes to the error log on its own.
+    virtual QString errorText(const QSqlError& error) const = 0;
     // What the database's error codes are called in a description: "SQLSTATE".
     virtual QString codeName() const = 0;
     // Whether the link to the server is gone, asked when an error does not say so.

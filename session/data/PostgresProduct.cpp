@@ -67,6 +67,15 @@ public:
         return err::StatementError;
     }
 
+    // The server quotes a statement sent without values after its message ("LINE 1: ..."
+    // and a caret under the place); the quote is cut off.
+    QString errorText(const QSqlError& error) const override {
+        QString text = databaseText(error);
+        const qsizetype quote = text.indexOf(QLatin1String("\nLINE "));
+        if (quote >= 0) text.truncate(quote);
+        return text.trimmed();
+    }
+
     QString codeName() const override { return QStringLiteral("SQLSTATE"); }
 
     // A dropped socket comes without an SQL state: the driver's handle knows.

@@ -69,6 +69,8 @@ public:
         }
     }
 
+    QString errorText(const QSqlError& error) const override { return databaseText(error); }
+
     QString codeName() const override { return QStringLiteral("SQLite error"); }
 
     // A file has no link to lose but the ones its error codes name.
