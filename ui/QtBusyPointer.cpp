@@ -1,5 +1,6 @@
 #include "ui/QtBusyPointer.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 
 namespace tvrx {
@@ -8,7 +9,7 @@ void QtBusyPointer::setPointer(int pointer) {
     const bool wait = pointer == Hourglass;
     if (wait == waiting_) return;
     if (wait) {
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
     } else {
         QGuiApplication::restoreOverrideCursor();
     }

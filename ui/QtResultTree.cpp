@@ -52,30 +52,20 @@ void QtResultTree::setRedraw(bool on) {
 
 void QtResultTree::Clear() {
     widget_.clear();
+    model_.Clear();
     items_.clear();
-    nodes_.clear();
-    byKey_.clear();
 }
 
 TreeControl::Node QtResultTree::Add(const QString& parentKey, const QString& key,
                                     const QString& text, const QString& image) {
-    QTreeWidgetItem* parent = nullptr;
-    if (!parentKey.isEmpty()) {
-        const auto found = byKey_.constFind(parentKey);
-        if (found == byKey_.cend()) fail(KeyNotFound, QStringLiteral("Element not found"));
-        parent = items_.at(*found);
-    }
-    if (!key.isEmpty() && byKey_.contains(key)) {
-        fail(KeyInUse, QStringLiteral("Key is not unique in collection"));
-    }
     if (!icons_.contains(image)) fail(kImageNotFound, QStringLiteral("Element not found"));
-    auto* item = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(&widget_);
+    const Node node = model_.Add(parentKey, key, text, image);
+    const Node parent = model_.item(node).parent;
+    auto* item =
+        parent < 0 ? new QTreeWidgetItem(&widget_) : new QTreeWidgetItem(items_.at(parent));
     item->setText(0, text);
     item->setIcon(0, icons_.value(image));
-    const Node node = Node(items_.size());
     items_.append(item);
-    nodes_.insert(item, node);
-    if (!key.isEmpty()) byKey_.insert(key, node);
     return node;
 }
 
@@ -85,9 +75,7 @@ QTreeWidgetItem* QtResultTree::item(Node node) const {
 }
 
 TreeControl::Node QtResultTree::Parent(Node node) const {
-    QTreeWidgetItem* parent = item(node)->parent();
-    if (!parent) fail(err::ObjectVariableNotSet);
-    return nodes_.value(parent);
+    return model_.Parent(node);
 }
 
 void QtResultTree::setExpanded(Node node, bool expanded) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "responses/TreeControl.h"
+#include "responses/PlainTree.h"
 
 #include <QHash>
 #include <QIcon>
@@ -12,7 +12,8 @@ class QTreeWidgetItem;
 namespace tvrx {
 
 // The result tree on a QTreeWidget that the form owns. The five images are the platform's
-// standard icons, except "Paid", a small green coin drawn here.
+// standard icons, except "Paid", a small green coin drawn here. Keys and parents are kept
+// by a plain tree beside the widget, so both number their nodes alike.
 class QtResultTree : public TreeControl {
 public:
     explicit QtResultTree(QTreeWidget& widget);
@@ -34,9 +35,8 @@ public:
 private:
     QTreeWidget& widget_;
     QHash<QString, QIcon> icons_;
+    PlainTree model_;
     QList<QTreeWidgetItem*> items_;
-    QHash<QTreeWidgetItem*, Node> nodes_;
-    QHash<QString, Node> byKey_;
 };
 
 }  // namespace tvrx
