@@ -7,6 +7,7 @@
 #include "session/runtime/BusyPointer.h"
 #include "support/DataRows.h"
 #include "support/SchemaFixture.h"
+#include "tvrx/TreePrinter.h"
 
 #include <QFile>
 #include <QMap>
@@ -118,6 +119,17 @@ protected:
         return (lines + tree.outline()).join(u'\n') + u'\n';
     }
 
+    // The command-line host's print of the tree, for the cases that have one in console/:
+    // plain in <case>.txt, for a terminal in <case>-colour.txt with <ESC> for byte 27.
+    static void expectConsoleLines(const QString& name, const PlainTree& tree) {
+        for (const bool colour : {false, true}) {
+            const QString path = kTreeData + "console/" + name + (colour ? "-colour" : "") + ".txt";
+            if (!QFile::exists(path)) continue;
+            const QString lines = cli::treeLines(tree, colour).join(u'\n') + u'\n';
+            EXPECT_EQ(QString(lines).replace(QChar(27), QStringLiteral("<ESC>")), fileText(path));
+        }
+    }
+
     std::shared_ptr<RecordingBusyPointer> pointer = std::make_shared<RecordingBusyPointer>();
 
 private:
@@ -158,6 +170,7 @@ TEST_P(ResultTreeTest, ShowsEachPayersAnswer) {
             wrapper.BuildTree(tree);
         }
         EXPECT_EQ(outcome(wrapper, tree), fileText(kTreeData + name + ".txt"));
+        expectConsoleLines(name, tree);
     }
 }
 
