@@ -1,4 +1,3 @@
-#include "session/runtime/Failure.h"
 #include "support/OutlineReplay.h"
 #include "ui/QtResultTree.h"
 #include "ui/frmClaim.h"
@@ -71,38 +70,6 @@ TEST(ResultTreeWidgetTest, ShowsEveryOutlineOfTheCoreTests) {
         withoutKeys.replaceInStrings(QRegularExpression(QStringLiteral(R"re( key="[^"]*")re")), {});
         EXPECT_EQ(lines.join(u'\n').toStdString(), withoutKeys.join(u'\n').toStdString());
     }
-}
-
-// A key in use, a parent key nobody holds, an image the tree lacks and the parent of a
-// root fail with the host tree's numbers and add nothing.
-TEST(ResultTreeWidgetTest, RefusesWhatTheHostTreeRefused) {
-    QTreeWidget widget;
-    QtResultTree tree(widget);
-    const TreeControl::Node root = tree.Add({}, QStringLiteral("Main 1"), QStringLiteral("root"),
-                                            QStringLiteral("Information"));
-    const struct {
-        const char* parentKey;
-        const char* key;
-        const char* image;
-        long number;
-    } refused[] = {
-        {"", "Main 1", "Information", TreeControl::KeyInUse},
-        {"Main 2", "", "Information", TreeControl::KeyNotFound},
-        {"Main 1", "", "Coin", TreeControl::KeyNotFound},
-    };
-    for (const auto& add : refused) {
-        long number = 0;
-        try {
-            tree.Add(QString::fromLatin1(add.parentKey), QString::fromLatin1(add.key),
-                     QStringLiteral("refused"), QString::fromLatin1(add.image));
-        } catch (const Failure& failure) {
-            number = failure.number();
-        }
-        EXPECT_EQ(number, add.number) << add.parentKey << "/" << add.key << "/" << add.image;
-    }
-    EXPECT_THROW(tree.Parent(root), Failure);
-    EXPECT_EQ(widget.topLevelItemCount(), 1);
-    EXPECT_EQ(widget.topLevelItem(0)->childCount(), 0);
 }
 
 }  // namespace
