@@ -77,7 +77,7 @@ QStringList PlainTree::outline() const {
 void PlainTree::outlineFrom(Node parent, int depth, QStringList& lines) const {
     for (const Node node : children(parent)) {
         const Item& it = items_.at(node);
-        QString line = QString(depth * 2, u' ') + u'"' + toNotation(it.text) + u'"';
+        QString line = QString(qsizetype(depth) * 2, u' ') + u'"' + toNotation(it.text) + u'"';
         if (!it.key.isEmpty()) line += QStringLiteral(" key=\"%1\"").arg(toNotation(it.key));
         line += QStringLiteral(" image=") + it.image;
         if (it.expanded) line += QStringLiteral(" expanded");

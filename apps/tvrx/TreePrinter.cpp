@@ -35,8 +35,8 @@ void linesFrom(const PlainTree& tree, TreeControl::Node parent, int depth, bool 
                                              : QStringLiteral("+ ");
         const QString text = toNotation(item.text);
         const QString escape = colour ? styleEscape(item) : QString();
-        QString line =
-            QString(depth * 2, u' ') + mark + (escape.isEmpty() ? text : escape + text + kReset);
+        QString line = QString(qsizetype(depth) * 2, u' ') + mark +
+                       (escape.isEmpty() ? text : escape + text + kReset);
         // An empty text leaves only blanks, which a terminal does not show either.
         while (line.endsWith(u' ')) line.chop(1);
         lines.append(line);

@@ -17,7 +17,7 @@ const QStringList kImages{"Information", "Check", "Exclamation", "Paid", "Reject
 // not hold them).
 QString shown(const QtResultTree& tree, const QTreeWidget& widget, QTreeWidgetItem* item,
               int depth) {
-    QString line = QString(depth * 2, u' ') + u'"' + toNotation(item->text(0)) + u'"';
+    QString line = QString(qsizetype(depth) * 2, u' ') + u'"' + toNotation(item->text(0)) + u'"';
     QString image = QStringLiteral("?");
     for (const QString& name : kImages) {
         if (tree.icon(name).cacheKey() == item->icon(0).cacheKey()) image = name;
