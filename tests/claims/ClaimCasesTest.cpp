@@ -1,3 +1,4 @@
+#include "claims/ClaimReader.h"
 #include "claims/PlanRows.h"
 #include "claims/Wrapper.h"
 #include "prescription/clsPrescription.h"
@@ -5,6 +6,7 @@
 #include "session/data/MainConnection.h"
 #include "session/data/SamplePharmacy.h"
 #include "session/text/ClaimNotation.h"
+#include "support/DataRows.h"
 #include "support/Notation.h"
 #include "support/SchemaFixture.h"
 
@@ -56,6 +58,14 @@ protected:
         for (const QJsonValue& entry : cases) runCase(entry.toObject());
     }
 
+    static std::unique_ptr<clsPrescription> loaded(qint32 id) {
+        auto rx = std::make_unique<clsPrescription>();
+        rx->RXInfoID = id;
+        rx->PrescriptionType = EditRx;
+        rx->GetData();
+        return rx;
+    }
+
 private:
     static QString keyColumn(const QString& table) {
         static const QHash<QString, QString> keys{
@@ -97,14 +107,6 @@ private:
                                  QStringList(row.size(), QStringLiteral("?")).join(u',')),
                         values);
         }
-    }
-
-    static std::unique_ptr<clsPrescription> loaded(qint32 id) {
-        auto rx = std::make_unique<clsPrescription>();
-        rx->RXInfoID = id;
-        rx->PrescriptionType = EditRx;
-        rx->GetData();
-        return rx;
     }
 
     static PlanRows planRows(const QJsonObject& data, qint32 patInsID) {
@@ -212,6 +214,29 @@ TEST_P(ClaimCasesTest, SegmentedBodies) {
 
 TEST_P(ClaimCasesTest, Reversals) {
     runCases(QStringLiteral("reversals.json"));
+}
+
+// The plan's DoctorID, a number or a word, picks the prescriber's number and qualifier
+// (tests/data/doctor-ids.tsv); they are read back from a 5.1 claim's prescriber segment.
+TEST_P(ClaimCasesTest, DoctorIDPicksNumberAndQualifier) {
+    for (const test::DataRow& row : test::dataRows(QStringLiteral("doctor-ids.tsv"))) {
+        SCOPED_TRACE(row.where);
+        const QString stored = row.cells.at(0);
+        db->Execute(QStringLiteral("UPDATE INSURANCE SET DoctorID = ? WHERE InsID = 5"),
+                    {stored == QLatin1String("<null>") ? QVariant() : test::notated(stored)});
+        const auto rx = loaded(5);
+        PlanRows rows = openPlanRows(rx->PatInsID);
+        const QString body = rx->BuildClaim(rows.rsIns);
+        const QList<claims::Transaction> read =
+            claims::readTransmission(body, QStringLiteral("51"));
+        ASSERT_EQ(read.size(), 1);
+        const claims::ReadField* qualifier = read.at(0).reading.find(u"EZ", u"AM03");
+        const claims::ReadField* number = read.at(0).reading.find(u"DB", u"AM03");
+        ASSERT_TRUE(qualifier != nullptr && number != nullptr);
+        EXPECT_EQ(qualifier->value, row.cells.value(1));
+        EXPECT_EQ(number->decoded.toString(), row.cells.value(2));
+    }
+    EXPECT_TRUE(reporter->reports().isEmpty());
 }
 
 TVRX_BACKENDS(ClaimCasesTest);
