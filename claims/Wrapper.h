@@ -11,6 +11,7 @@
 namespace tvrx {
 
 class DbConnection;
+class RecordSet;
 class Frame;
 namespace response {
 class ResponseFile;
@@ -57,6 +58,13 @@ public:
     // response came.
     bool ExchangeClaimFile(const QString& sTVIDirectory, const QString& sClaimText,
                            const ResponseReader& reader = {});
+
+    // The header of a claim for the prescriptions of colRX, from the plan row and the
+    // coverage row (PlanRows.h opens both). The main plan's Form picks the layout; with
+    // SendingOther the other insurance of the first prescription is billed. Empty when a
+    // box stopped it; DebugMode silences the box of an other insurance not found.
+    QString BuildHeader(RecordSet& rsPatIns, RecordSet& rsIns, bool SendingOther = false,
+                        bool DebugMode = false);
 
     // Records a request or a response in table Claims, stamped with the server's time.
     void AddClaimRecord(qint32 RxInfoID, bool Response, bool Reversal, bool OtherIns,
