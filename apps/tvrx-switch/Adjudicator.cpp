@@ -80,7 +80,12 @@ Answer Adjudicator::adjudicate(const Transmission& transmission, const QDate& re
     }
     if (headerOutcome) {
         answer.headerRejected = true;
-        for (int i = 0; i < transmission.groups; ++i) answer.outcomes.append(*headerOutcome);
+        for (int i = 0; i < transmission.groups; ++i) {
+            answer.outcomes.append(*headerOutcome);
+            if (i < transmission.claims.size()) {
+                answer.outcomes.last().rxNumber = transmission.claims[i].text(Value::RxNumber);
+            }
+        }
         return answer;
     }
     for (const Claim& claim : transmission.claims) {

@@ -4,6 +4,7 @@
 #include "History.h"
 #include "Switch.h"
 
+#include <QDate>
 #include <QString>
 
 #include <memory>
@@ -26,6 +27,8 @@ public:
     ~PayerSimulator();
 
     Switch::Reply answer(const QByteArray& request);
+    // The day the payers answer on, for the references they give; today unless set.
+    void setDay(const QDate& day) { day_ = day; }
     qsizetype plans() const { return plans_; }
 
 private:
@@ -35,6 +38,7 @@ private:
     std::unique_ptr<History> history_;
     std::unique_ptr<Adjudicator> adjudicator_;
     qsizetype plans_ = 0;
+    QDate day_;
 };
 
 }  // namespace tvrx::sw

@@ -10,6 +10,7 @@
 #include "common/ExchangeDirectory.h"
 
 #include <QCoreApplication>
+#include <QDate>
 #include <QDir>
 #include <QStandardPaths>
 
@@ -42,6 +43,7 @@ struct Options {
     QString rules;
     QString payers;
     QString history;
+    QDate day;
     unsigned mode = tvrx::ExchangeSettings().RequestMode;
 };
 
@@ -55,6 +57,8 @@ void declare(tvrx::cli::CommandLine& line) {
                    QStringLiteral("the payers that adjudicate the claims"));
     line.addOption(QStringLiteral("history"), QStringLiteral("DB"),
                    QStringLiteral("the payers' history of claims"));
+    line.addOption(QStringLiteral("date"), QStringLiteral("YYYYMMDD"),
+                   QStringLiteral("the day the payers answer on (default today)"));
     line.addOption(QStringLiteral("rules"), QStringLiteral("FILE"),
                    QStringLiteral("the rules that choose prepared answers"));
     line.addOption(QStringLiteral("mode"), QStringLiteral("MODE"),
@@ -64,7 +68,7 @@ void declare(tvrx::cli::CommandLine& line) {
 // The options read from the line; nothing, with the problem, when they do not go together.
 std::optional<Options> optionsOf(const tvrx::cli::CommandLine& line, QString& problem) {
     Options options{line.value(QStringLiteral("dir")), line.value(QStringLiteral("rules")),
-                    line.value(QStringLiteral("payers")), line.value(QStringLiteral("history"))};
+                    line.value(QStringLiteral("payers")), line.value(QStringLiteral("history")), QDate()};
     if (options.rules.isEmpty() == options.payers.isEmpty()) {
         problem = QStringLiteral("give either --payers or --rules");
         return std::nullopt;
@@ -72,6 +76,13 @@ std::optional<Options> optionsOf(const tvrx::cli::CommandLine& line, QString& pr
     if (!options.history.isEmpty() && options.payers.isEmpty()) {
         problem = QStringLiteral("--history goes with --payers");
         return std::nullopt;
+    }
+    if (line.isSet(QStringLiteral("date"))) {
+        options.day = QDate::fromString(line.value(QStringLiteral("date")), QStringLiteral("yyyyMMdd"));
+        if (!options.day.isValid() || options.payers.isEmpty()) {
+            problem = QStringLiteral("--date takes a day YYYYMMDD and goes with --payers");
+            return std::nullopt;
+        }
     }
     if (options.history.isEmpty()) {
         options.history = QDir(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation))
@@ -99,6 +110,7 @@ std::optional<Answering> answeringOf(const Options& options, QString& problem) {
         std::shared_ptr<tvrx::sw::PayerSimulator> simulator =
             tvrx::sw::PayerSimulator::start(options.payers, options.history, problem);
         if (!simulator) return std::nullopt;
+        simulator->setDay(options.day);
         return Answering{
             [simulator](const QByteArray& request) { return simulator->answer(request); },
             QStringLiteral("%1 plans, history %2").arg(simulator->plans()).arg(options.history)};
