@@ -31,5 +31,6 @@ Command logCommand();
 Command planCommand();
 Command showCommand();
 Command decodeCommand();
+Command submitCommand();
 
 }  // namespace tvrx::cli

@@ -9,7 +9,7 @@ namespace tvrx::cli {
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
         encodeCommand(), exchangeCommand(), initCommand(),   showCommand(),
-        logCommand(),    planCommand(),     decodeCommand(),
+        logCommand(),    planCommand(),     decodeCommand(), submitCommand(),
     };
     return all;
 }
