@@ -71,7 +71,8 @@ std::unique_ptr<PayerSimulator> PayerSimulator::start(const QString& payerFile,
 
 Switch::Reply PayerSimulator::answer(const QByteArray& request) {
     const Transmission transmission = readRequest(QString::fromLatin1(request));
-    const Answer answer = adjudicator_->adjudicate(transmission, day_.isValid() ? day_ : QDate::currentDate());
+    const Answer answer =
+        adjudicator_->adjudicate(transmission, day_.isValid() ? day_ : QDate::currentDate());
     return {writeResponse(transmission, answer).toLatin1(), noteOf(transmission, answer)};
 }
 

@@ -76,7 +76,7 @@ TEST_F(SimulatorCasesTest, EachRequestIsAnsweredAsThePlanSays) {
     const QJsonObject data = casesFile();
     const QJsonArray cases = data.value("cases").toArray();
     ASSERT_FALSE(cases.isEmpty());
-    for (const QJsonValue& entry : cases) {
+    for (const auto& entry : cases) {
         const QJsonObject testCase = entry.toObject();
         SCOPED_TRACE(testCase.value("name").toString().toStdString());
         const sw::Switch::Reply reply = simulator->answer(requestOf(data, testCase).toLatin1());
