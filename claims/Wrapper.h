@@ -16,6 +16,8 @@ class Frame;
 namespace response {
 class ResponseFile;
 }
+class TreeControl;
+class clsClaimResponse;
 
 // The claim of one or more prescriptions: what the host fills, sends through the
 // transmission program, and reads the payer's answer from.
@@ -81,6 +83,15 @@ public:
     // "PAID" until a transmission header said "R", then "REJECTED" for the rest of this
     // object's life.
     QString HeaderResponse() const;
+    // Shows on the host's tree what each payer answered for each prescription: a root per
+    // payer, the status, the amounts or the rejects, the messages and the DUR findings.
+    // The screen's pointer is an hourglass meanwhile. (responses/ResultTree.cpp)
+    void BuildTree(TreeControl& SSTree1);
+    // Adds the DUR findings of CurrentResponse under the node "DURINFO" + sKey; with
+    // UpdateDB, the prescription at position nCount takes the first finding's code as its
+    // DURConflict.
+    void ParseDUR(TreeControl& SSTree1, qint16& nCount, const QString& sKey,
+                  clsClaimResponse& CurrentResponse, bool UpdateDB = false);
 
 private:
     // Handles the response text of the prescription at a position; false stops the reader.
