@@ -95,7 +95,7 @@ TEST_P(SampleCommandsTest, ShowsTheRecordsAsTheyReadAndAddsPlans) {
     EXPECT_EQ(runTvrx({"show", "plan", "2"}, url).exitCode, 0) << "the database from TVRX_DB";
     const test::ProgramRun answered =
         runTvrx({"plan", "add", "--nabp", "4512345", "--answers", "-"}, url, "no\n");
-    EXPECT_TRUE(answered.out.contains(QStringLiteral("Plan 5: , "))) << answered.err.toStdString();
+    EXPECT_TRUE(answered.out.contains(QStringLiteral("Plan 8: , "))) << answered.err.toStdString();
 
     const test::ProgramRun json = runTvrx({"show", "rx", "2", "--db", url, "--json"});
     QJsonParseError error;
