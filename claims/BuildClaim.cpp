@@ -365,7 +365,7 @@ QString clsPrescription::BuildClaim(RecordSet& rsIns, bool SendingOther, bool De
     if (!preparation.forLayout(layout.name)) return {};
     QString body;
     claims::writeLayout(body, layout, preparation.values, frame, claims::FailurePolicy::LeaveOut);
-    return claims::claimBytes(body);
+    return body;
 }
 
 }  // namespace tvrx

@@ -353,7 +353,7 @@ QString Wrapper::BuildHeader(RecordSet& rsPatIns, RecordSet& rsIns, bool Sending
 
     QString text;
     claims::writeLayout(text, layout, header.values, frame, claims::FailurePolicy::EmptyValue);
-    return claims::claimBytes(text);
+    return text;
 }
 
 }  // namespace tvrx

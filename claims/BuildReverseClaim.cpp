@@ -64,7 +64,7 @@ QString clsPrescription::BuildReverseClaim(RecordSet& rsIns, bool SendingOther) 
 
     QString text;
     claims::writeLayout(text, layout, values, frame, claims::FailurePolicy::EmptyResult);
-    return claims::claimBytes(text);
+    return text;
 }
 
 }  // namespace tvrx

@@ -100,8 +100,8 @@ enum class FailurePolicy {
     EmptyResult,  // the whole text is empty
 };
 
-// Appends the transaction to `out`. Returns false when the policy emptied the result
-// (what was appended is then removed again).
+// Appends the transaction to `out`, as the bytes it goes out in: a character beyond 255
+// becomes "?". Returns false, appending nothing, when the policy emptied the result.
 bool writeLayout(QString& out, const Layout& layout, const Values& values, Frame& frame,
                  FailurePolicy policy);
 

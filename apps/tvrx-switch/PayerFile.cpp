@@ -67,12 +67,12 @@ public:
         return value_.toString();
     }
     QString nonEmptyText() const {
-        const QString value = text().trimmed();
+        QString value = text().trimmed();
         if (value.isEmpty()) wrong(QStringLiteral("must not be empty"));
         return value;
     }
     QString digits(int length) const {
-        const QString value = text();
+        QString value = text();
         const bool allDigits =
             std::all_of(value.cbegin(), value.cend(), [](QChar c) { return c.isDigit(); });
         if (value.size() != length || !allDigits) {

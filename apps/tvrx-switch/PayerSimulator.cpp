@@ -20,7 +20,9 @@ QString noteOf(const Transmission& transmission, const Answer& answer) {
             QStringList{QString(outcome.status), outcome.rejects.join(u' ')}.join(u' ').trimmed());
     }
     return QStringLiteral("%1 %2%3: %4")
-        .arg(transmission.family == Family::Segmented ? QStringLiteral("51") : transmission.version,
+        .arg(transmission.family == Family::Segmented
+                 ? QStringLiteral("51")
+                 : (transmission.version.isEmpty() ? QStringLiteral("?") : transmission.version),
              transmission.reversal ? QStringLiteral("reversal") : QStringLiteral("claim"),
              answer.headerRejected ? QStringLiteral(", header rejected") : QString(),
              outcomes.join(QStringLiteral(", ")));
@@ -69,7 +71,8 @@ std::unique_ptr<PayerSimulator> PayerSimulator::start(const QString& payerFile,
 
 Switch::Reply PayerSimulator::answer(const QByteArray& request) {
     const Transmission transmission = readRequest(QString::fromLatin1(request));
-    const Answer answer = adjudicator_->adjudicate(transmission, day_.isValid() ? day_ : QDate::currentDate());
+    const Answer answer =
+        adjudicator_->adjudicate(transmission, day_.isValid() ? day_ : QDate::currentDate());
     return {writeResponse(transmission, answer).toLatin1(), noteOf(transmission, answer)};
 }
 

@@ -38,7 +38,6 @@ constexpr int kLetters = 26;
 // In a fixed answer the reader puts six characters in front of each group, so a group's
 // first character (its byte 29) stands at position 7 of the text the decoder reads.
 constexpr qsizetype kGroupFirstPosition = 7;
-const QLatin1StringView kCallProcessorFlag("2");
 const QLatin1StringView kHelpDeskQualifier("03");
 const QLatin1StringView kPrescriptionRefQualifier("1");
 constexpr qint64 kLargestDurQuantity = 99999;

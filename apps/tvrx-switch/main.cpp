@@ -68,7 +68,8 @@ void declare(tvrx::cli::CommandLine& line) {
 // The options read from the line; nothing, with the problem, when they do not go together.
 std::optional<Options> optionsOf(const tvrx::cli::CommandLine& line, QString& problem) {
     Options options{line.value(QStringLiteral("dir")), line.value(QStringLiteral("rules")),
-                    line.value(QStringLiteral("payers")), line.value(QStringLiteral("history")), QDate()};
+                    line.value(QStringLiteral("payers")), line.value(QStringLiteral("history")),
+                    QDate()};
     if (options.rules.isEmpty() == options.payers.isEmpty()) {
         problem = QStringLiteral("give either --payers or --rules");
         return std::nullopt;
@@ -78,7 +79,8 @@ std::optional<Options> optionsOf(const tvrx::cli::CommandLine& line, QString& pr
         return std::nullopt;
     }
     if (line.isSet(QStringLiteral("date"))) {
-        options.day = QDate::fromString(line.value(QStringLiteral("date")), QStringLiteral("yyyyMMdd"));
+        options.day =
+            QDate::fromString(line.value(QStringLiteral("date")), QStringLiteral("yyyyMMdd"));
         if (!options.day.isValid() || options.payers.isEmpty()) {
             problem = QStringLiteral("--date takes a day YYYYMMDD and goes with --payers");
             return std::nullopt;

@@ -34,7 +34,7 @@ const QString kData = QStringLiteral(TVRX_SOURCE_DIR "/tests/apps/round-trip/");
 QJsonArray stepsOf(const QString& name) {
     QFile file(kData + name);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
-    const QJsonArray steps = QJsonDocument::fromJson(file.readAll()).array();
+    QJsonArray steps = QJsonDocument::fromJson(file.readAll()).array();
     EXPECT_FALSE(steps.isEmpty()) << name.toStdString();
     return steps;
 }
@@ -85,7 +85,7 @@ protected:
                   QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser |
                       QFileDevice::WriteUser);
         QHash<QString, QString> references;
-        for (const QJsonValue& entry : stepsOf(steps)) {
+        for (const auto& entry : stepsOf(steps)) {
             const QJsonObject step = entry.toObject();
             if (step.value("restart").toBool()) {
                 EXPECT_EQ(running_->stop(), 0);
@@ -123,7 +123,7 @@ protected:
         const bool other = step.value("other").toBool();
         Wrapper wrapper;
         wrapper.setcolRX(std::make_shared<colRX>());
-        for (const QJsonValue& id : step.value("rx").toArray()) {
+        for (const auto& id : step.value("rx").toArray()) {
             const auto rx = wrapper.colRX()->Add();
             rx->RXInfoID = id.toInt();
             rx->GetData();

@@ -1,3 +1,4 @@
+#include "support/DataRows.h"
 #include "support/ExchangeFixture.h"
 #include "support/Notation.h"
 #include "support/RunningSwitch.h"
@@ -29,6 +30,9 @@ void writeText(const QString& path, const QString& text) {
 QByteArray bytesOf(const QString& notation) {
     return test::notated(notation).toLatin1();
 }
+
+const QString kSamplePayers =
+    QStringLiteral(TVRX_SOURCE_DIR "/samples/payers/sample-pharmacy.json");
 
 bool programsBuilt() {
     return QFileInfo(kSwitch).isExecutable() && test::programBuilt();
@@ -140,6 +144,22 @@ TEST_F(SwitchTest, ProgramsRefuseWhatCannotServe) {
          "the last rule must be 'otherwise FILE'"},
         {kSwitch, {"--dir", directory(), "--rules", prepared("bad.txt")}, 1, "line 1: "},
         {kSwitch, {"--dir", directory()}, 2, "give either --payers or --rules"},
+        {kSwitch,
+         {"--dir", directory(), "--rules", rules(), "--payers", file},
+         2,
+         "give either --payers or --rules"},
+        {kSwitch,
+         {"--dir", directory(), "--rules", rules(), "--history", file},
+         2,
+         "--history goes with --payers"},
+        {kSwitch,
+         {"--dir", directory(), "--payers", file, "--date", "20261399"},
+         2,
+         "--date takes a day YYYYMMDD"},
+        {kSwitch,
+         {"--dir", directory(), "--payers", kSamplePayers, "--history", "/proc/none/history.db"},
+         1,
+         "cannot create the history /proc/none/history.db"},
         {kTvrx, {"exchange", "--dir", missing, file}, 1, "does not exist"},
         {kTvrx,
          {"exchange", "--dir", directory(), prepared("bad.txt")},
@@ -157,6 +177,24 @@ TEST_F(SwitchTest, ProgramsRefuseWhatCannotServe) {
         EXPECT_TRUE(error.contains(QString::fromUtf8(c.message))) << error.toStdString();
     }
     EXPECT_EQ(files(), QStringList());
+}
+
+TEST_F(SwitchTest, APayerFileWithAMistakeIsRefusedWithWhereTheMistakeIs) {
+    const QString history = prepared("history.db");
+    for (const test::DataRow& row : test::dataRows(QStringLiteral("payer-file-mistakes.tsv"))) {
+        SCOPED_TRACE(row.where);
+        const QString payers = prepared(QStringLiteral("payers.json"));
+        writeText(payers,
+                  QString(row.cells.at(1)).replace(QLatin1String("\\n"), QLatin1String("\n")));
+        QProcess process;
+        process.start(kSwitch, {"--dir", directory(), "--payers", payers, "--history", history});
+        ASSERT_TRUE(process.waitForFinished(kWaitMs));
+        const QString error = QString::fromUtf8(process.readAllStandardError());
+        EXPECT_EQ(process.exitCode(), 1) << error.toStdString();
+        EXPECT_TRUE(error.contains(payers + QStringLiteral(": ") + row.cells.at(2)))
+            << error.toStdString();
+    }
+    EXPECT_FALSE(QFileInfo::exists(history)) << "refused before the history is made";
 }
 
 }  // namespace

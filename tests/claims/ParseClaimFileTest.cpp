@@ -23,7 +23,7 @@ namespace {
 QJsonArray fileCases() {
     QFile file(QStringLiteral(TVRX_SOURCE_DIR "/tests/claims/cases/parse-claim-file.json"));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    const QJsonArray cases = QJsonDocument::fromJson(file.readAll()).array();
+    QJsonArray cases = QJsonDocument::fromJson(file.readAll()).array();
     EXPECT_FALSE(cases.isEmpty());
     return cases;
 }
@@ -45,7 +45,7 @@ QJsonValue resolved(const QJsonValue& value) {
     }
     if (value.isArray()) {
         QJsonArray items;
-        for (const QJsonValue& item : value.toArray()) items.append(resolved(item));
+        for (const auto& item : value.toArray()) items.append(resolved(item));
         return items;
     }
     if (!value.isObject()) return value;
@@ -81,7 +81,7 @@ protected:
     void loadRows(const QJsonArray& rows) {
         db->Execute(QStringLiteral("DELETE FROM RXINFO"));
         db->Execute(QStringLiteral("DELETE FROM Claims"));
-        for (const QJsonValue& row : rows) {
+        for (const auto& row : rows) {
             QVariantMap values{{"PatientID", 7},
                                {"MDID", 3},
                                {"DrugID", 5},
@@ -146,19 +146,19 @@ protected:
 };
 
 TEST_P(ParseClaimFileTest, EveryRouteOnItsOwnFiles) {
-    for (const QJsonValue& entry : fileCases()) {
+    for (const auto& entry : fileCases()) {
         const QJsonObject data = entry.toObject();
         SCOPED_TRACE(data.value("name").toString().toStdString());
         loadRows(data.value("rows").toArray());
         Wrapper wrapper;
         wrapper.setcolRX(std::make_shared<colRX>());
-        for (const QJsonValue& row : data.value("rows").toArray()) {
+        for (const auto& row : data.value("rows").toArray()) {
             const auto rx = wrapper.colRX()->Add();
             rx->RXInfoID = row.toObject().value("RXInfoID").toInt();
             rx->GetData();
         }
         const QString path = exchange.filePath(QStringLiteral("03140926.RSP"));
-        for (const QJsonValue& step : data.value("steps").toArray()) {
+        for (const auto& step : data.value("steps").toArray()) {
             QFile::remove(path);
             const QJsonValue file = step.toObject().value("file");
             if (!file.isNull()) {
