@@ -24,6 +24,8 @@ struct Command {
 const std::vector<Command>& commands();
 
 // Each sub-command file defines one of these.
+Command claimBuildCommand();
+Command claimExplainCommand();
 Command encodeCommand();
 Command exchangeCommand();
 Command initCommand();
@@ -31,6 +33,7 @@ Command logCommand();
 Command planCommand();
 Command showCommand();
 Command decodeCommand();
+Command submitCommand();
 Command priceCommand();
 Command newCommand();
 Command refillCommand();

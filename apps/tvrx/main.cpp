@@ -8,8 +8,10 @@ namespace tvrx::cli {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
-        encodeCommand(), exchangeCommand(), initCommand(),  showCommand(), logCommand(),
-        planCommand(),   decodeCommand(),   priceCommand(), newCommand(),  refillCommand(),
+        encodeCommand(),       exchangeCommand(), initCommand(),   showCommand(),
+        logCommand(),          planCommand(),     decodeCommand(), claimBuildCommand(),
+        claimExplainCommand(), submitCommand(),   priceCommand(),  newCommand(),
+        refillCommand(),
     };
     return all;
 }

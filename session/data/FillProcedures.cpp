@@ -1,6 +1,7 @@
 #include "session/data/FillProcedures.h"
 
 #include "session/data/DbConnection.h"
+#include "session/data/Transaction.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 
@@ -13,28 +14,6 @@ namespace {
 // Two workstations starting a prescription at the same moment take turns on this name.
 const QString kNumberLock = QStringLiteral("RXINFO.Number");
 
-// Runs the work in a transaction that holds the number lock until it ends: committed when
-// the work returns, rolled back and passed on when it fails.
-template <class Work>
-auto underNumberLock(DbConnection& connection, Work work) {
-    const Dialect& dialect = connection.dialect();
-    connection.Execute(dialect.beginLocked());
-    try {
-        if (!dialect.lockStatement().isEmpty())
-            connection.Scalar(dialect.lockStatement(), {kNumberLock});
-        auto result = work();
-        connection.Execute(QStringLiteral("COMMIT"));
-        return result;
-    } catch (const Failure&) {
-        try {
-            connection.Execute(QStringLiteral("ROLLBACK"));
-        } catch (const Failure&) {
-            // The link is gone; the server drops the open transaction with it.
-        }
-        throw;
-    }
-}
-
 // The original fill of a new prescription: the number after the highest ever given, the
 // pharmacist, the server's time; every other column empty.
 Procedures::Result newRxNewNumber(DbConnection& connection, const QVariantList& args) {
@@ -45,8 +24,13 @@ Procedures::Result newRxNewNumber(DbConnection& connection, const QVariantList& 
             "Deleted, Voided, OnHold) VALUES ((SELECT COALESCE(MAX(Number), 0) + 1 "
             "FROM RXINFO), 0, ?, %1, %1, 0, 0, 0) RETURNING RXInfoID, Number")
             .arg(now);
-    RecordSet created = underNumberLock(
-        connection, [&] { return connection.OpenRecordSet(insert, {args.value(0)}); });
+    // The lock is held until the row is in, so that the next workstation reads it.
+    const Dialect& dialect = connection.dialect();
+    Transaction transaction(connection, dialect.beginLocked());
+    if (!dialect.lockStatement().isEmpty())
+        connection.Scalar(dialect.lockStatement(), {kNumberLock});
+    RecordSet created = connection.OpenRecordSet(insert, {args.value(0)});
+    transaction.commit();
     Procedures::Result result{created.Fields(0), RecordSet()};
     result.Output.insert(QStringLiteral("@RxNumber"), created.Fields(1));
     return result;

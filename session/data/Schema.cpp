@@ -3,6 +3,7 @@
 #include "session/data/DbConnection.h"
 #include "session/data/EmbeddedFiles.h"
 #include "session/data/TableRegistry.h"
+#include "session/data/Transaction.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 
@@ -135,15 +136,15 @@ void runCheck(DbConnection& connection, const Step& check) {
 
 void applyMigration(DbConnection& connection, const MigrationSet& set, const Migration& migration) {
     const std::vector<Step> steps = migrationSteps(connection.dialect().ddl(migration.text));
-    runInTransaction(connection, [&] {
-        for (const Step& step : steps) {
-            if (step.refusal.isEmpty())
-                connection.Execute(step.sql);
-            else
-                runCheck(connection, step);
-        }
-        recordVersion(connection, set, migration);
-    });
+    Transaction transaction(connection);
+    for (const Step& step : steps) {
+        if (step.refusal.isEmpty())
+            connection.Execute(step.sql);
+        else
+            runCheck(connection, step);
+    }
+    recordVersion(connection, set, migration);
+    transaction.commit();
 }
 
 struct CreatedTable {
@@ -186,21 +187,6 @@ bool hasVersionTable(DbConnection& connection, const MigrationSet& set) {
 }
 
 }  // namespace
-
-void runInTransaction(DbConnection& connection, const std::function<void()>& work) {
-    connection.Execute(QStringLiteral("BEGIN"));
-    try {
-        work();
-        connection.Execute(QStringLiteral("COMMIT"));
-    } catch (const Failure&) {
-        try {
-            connection.Execute(QStringLiteral("ROLLBACK"));
-        } catch (const Failure&) {
-            // The link is gone; the server drops the open transaction with it.
-        }
-        throw;
-    }
-}
 
 QStringList splitStatements(const QString& text) {
     QStringList statements;

@@ -6,7 +6,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <span>
 #include <vector>
 
@@ -66,11 +65,6 @@ int schemaVersion(DbConnection& connection, const MigrationSet& set = pharmacySc
 
 // The tables the migrations create and no later one drops, in the order they first appear.
 QStringList schemaTables(const MigrationSet& set = pharmacySchema());
-
-// Runs the work in one database transaction: committed when it returns, rolled back when
-// it fails, the failure passed on. For set-up work only (schema, sample); the record
-// classes run their statements one by one.
-void runInTransaction(DbConnection& connection, const std::function<void()>& work);
 
 // Tells the data layer the key column of every table the migrations create, so that an
 // updatable record set that selects no key still finds its rows. applySchema does it; a
