@@ -122,6 +122,19 @@ public:
     // The plan's fixed Copay, or the price by CopayPT when SetPriceTables chose a table.
     double GetCopay(double dAWP, double dCost, double dQty);
 
+    // ---- Stock, void, hold and delete (prescription/Wantbook.cpp, Void.cpp) ----
+
+    // Moves the drug's stock by the sum of the two quantities (a sale passes a negative
+    // adjustQty; a change of quantity passes the earlier quantity in previousQty to cancel
+    // it) and keeps the drug's one line on the want list, for drugs with a reorder point.
+    void AdjustWantbook(double adjustQty, double previousQty = 0);
+    // Asks, then voids, holds or deletes the loaded fill, or lifts its void and hold; true
+    // when one of them was carried out. The object is not reloaded.
+    bool VoidPrescription();
+    // Gives the quantity back to stock, removes the fill's ingredients and marks the row
+    // deleted and voided, or removes it when Override is true; then logs the changes.
+    void Delete(bool Override = false);
+
     bool Updated() const { return m_bUpdated; }
     rxTypes PrescriptionType = NewRx;
 
@@ -231,6 +244,7 @@ private:
     void updateOriginalOfRefill(Frame& frame);
     void SaveForLog();
     void AddLogEntry();
+    bool Void_Rx(bool bVoid);
 
     qint32 m_lPatientID = 0;
     qint32 m_lMDID = 0;
