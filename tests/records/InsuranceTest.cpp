@@ -161,6 +161,9 @@ TEST_P(InsuranceTest, InsertWithoutTheLookupMakesAPlanOfDefaults) {
     EXPECT_EQ(read.OnLineLimit, 1);
     EXPECT_TRUE(read.DaysSupply && read.UandC && read.OnLine && read.Internet);
     EXPECT_FALSE(read.PatCopay);
+    clsINSURANCE found;
+    EXPECT_TRUE(found.FindByBinAndPcn(QString(), QString())) << "the BIN and processor are empty";
+    EXPECT_EQ(found.InsID, key);
 
     db->Execute(QStringLiteral("UPDATE INSURANCE SET Name = 'Held'"));
     lookupScript(*user, 4, {});
