@@ -1,7 +1,8 @@
 #pragma once
 
-#include "session/runtime/Frame.h"
 #include "session/data/RecordSet.h"
+#include "session/runtime/Frame.h"
+#include "session/text/Currency.h"
 
 #include <QDateTime>
 #include <QString>
@@ -29,7 +30,7 @@
 //         {"InsCode", member(&C::InsCode), R::none(), W::quotedRaw()},
 //         {"subscribersname", member(&C::SubscribersName), R::text(), W::quotedDoubled()},
 //         {"ExpDate", member(&C::ExpDate), R::ifDate(), W::date("MM/DD/YYYY")},
-//         {"Fee", currency(&C::Fee), R::zeroText(), W::value()},
+//         {"Fee", member(&C::Fee), R::zeroText(), W::value()},
 //         {"Code", member(&C::Code), R::text().at(3), W::doubledThenCut(10)},
 //     });
 //     // Where the row is read in another order than the statement writes it:
@@ -63,7 +64,7 @@
 namespace tvrx {
 
 // The types of the record properties: 16-bit integer (qint16), 32-bit integer (qint32),
-// double, currency (double rounded to four places), date (QDateTime), text, boolean.
+// double, currency (Currency, four places), date (QDateTime), text, boolean.
 enum class ValueType { Integer, Long, Double, Currency, Date, Text, Boolean };
 
 // How a column is read into its property.
@@ -177,7 +178,8 @@ private:
 };
 
 // A property of a record: its type and how to get and set it. Values travel as QVariants
-// of one kind per type: int for both integer types, double, QDateTime, QString, bool.
+// of one kind per type: int for both integer types, double for double and currency,
+// QDateTime, QString, bool.
 template <class Record>
 struct Property {
     ValueType type;
@@ -195,6 +197,8 @@ constexpr ValueType typeOf() {
         return ValueType::Long;
     } else if constexpr (std::is_same_v<T, double>) {
         return ValueType::Double;
+    } else if constexpr (std::is_same_v<T, Currency>) {
+        return ValueType::Currency;
     } else if constexpr (std::is_same_v<T, QDateTime>) {
         return ValueType::Date;
     } else if constexpr (std::is_same_v<T, QString>) {
@@ -209,6 +213,8 @@ template <class T>
 QVariant held(const T& value) {
     if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
         return QVariant(static_cast<int>(value));
+    } else if constexpr (std::is_same_v<T, Currency>) {
+        return QVariant(static_cast<double>(value));
     } else {
         return QVariant::fromValue(value);
     }
@@ -218,6 +224,8 @@ template <class T>
 T unheld(const QVariant& value) {
     if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
         return static_cast<T>(value.toInt());
+    } else if constexpr (std::is_same_v<T, Currency>) {
+        return Currency(value.toDouble());
     } else {
         return value.value<T>();
     }
@@ -225,7 +233,7 @@ T unheld(const QVariant& value) {
 
 }  // namespace columns
 
-// A plain member: qint16, qint32, double, QDateTime, QString or bool.
+// A plain member: qint16, qint32, double, Currency, QDateTime, QString or bool.
 template <class Record, class T>
 Property<Record> member(T Record::*field) {
     return {columns::typeOf<T>(),
@@ -233,14 +241,6 @@ Property<Record> member(T Record::*field) {
             [field](Record& record, const QVariant& value) {
                 record.*field = columns::unheld<T>(value);
             }};
-}
-
-// A currency member: a double that conversions round to four places.
-template <class Record>
-Property<Record> currency(double Record::*field) {
-    Property<Record> property = member(field);
-    property.type = ValueType::Currency;
-    return property;
 }
 
 // A property with behaviour: its getter and its setter.

@@ -3,6 +3,7 @@
 #include "records/PlanFixture.h"
 #include "session/data/ColumnTable.h"
 #include "session/runtime/ErrorNumbers.h"
+#include "support/MarkdownTables.h"
 
 namespace tvrx {
 namespace {
@@ -31,6 +32,26 @@ TEST_P(InsuranceTest, UpdateThenGetDataGivesBackEveryMember) {
         &C::GenericPT, &C::OnLine, &C::Internet, &C::VendorID, &C::ClaimFields, &C::IDQualifier);
     test::expectEveryColumnWrittenAndRead(*db, insuranceColumns(), members, &clsINSURANCE::InsID,
                                           key, {.trueStored = 1}, cases, written);
+}
+
+// A currency member holds four places, half to even, from the moment it is assigned: the
+// rounding rows of docs/CONVERSIONS.md.
+TEST(InsuranceCurrency, CurrencyMembersRoundAsTheyAreAssigned) {
+    const test::MarkdownTable table = test::markdownTable(
+        QStringLiteral(TVRX_SOURCE_DIR "/docs/CONVERSIONS.md"), QStringLiteral("## Rounding"));
+    int rows = 0;
+    for (const test::MarkdownRow& row : table.rows) {
+        if (row.cells[0] != u"RoundCurrency") continue;
+        ++rows;
+        for (auto member : {&clsINSURANCE::Fee, &clsINSURANCE::Copay, &clsINSURANCE::GenericFee,
+                            &clsINSURANCE::GenericCopay}) {
+            clsINSURANCE plan;
+            plan.*member = row.cells[1].toDouble();
+            EXPECT_EQ(static_cast<double>(plan.*member), row.cells[2].toDouble())
+                << row.where.toStdString();
+        }
+    }
+    EXPECT_GT(rows, 0);
 }
 
 TEST_P(InsuranceTest, NullsReadAsDefaultsAndANegativeNumberIsOneReport) {

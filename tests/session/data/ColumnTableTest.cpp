@@ -13,7 +13,7 @@ struct Card {
     qint16 Count = 0;
     qint32 Total = 0;
     double Weight = 0;
-    double Fee = 0;
+    Currency Fee = 0;
     QDateTime Issued;
     QString Name;
     QString Code;
@@ -43,7 +43,7 @@ const ColumnTable<Card>& cardColumns() {
             {"Count", member(&Card::Count), R::zeroText(), W::number()},
             {"Total", member(&Card::Total), R::nullScreen(0), W::number()},
             {"Weight", member(&Card::Weight), R::converted(), W::number()},
-            {"Fee", currency(&Card::Fee), R::zeroText(), W::value()},
+            {"Fee", member(&Card::Fee), R::zeroText(), W::value()},
             {"Issued", member(&Card::Issued), R::ifDate(), W::date("MM/DD/YYYY")},
             {"Name", member(&Card::Name), R::trimmed(), W::quotedDoubled()},
             {"Code", member(&Card::Code), R::text(), W::doubledThenCut(6)},
