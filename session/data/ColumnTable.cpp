@@ -113,6 +113,7 @@ QString textOf(const QVariant& value) {
 }
 
 std::optional<QVariant> readField(const RecordSet& rs, const ColumnSpec& column) {
+    if (column.read.kind == ReadForm::Kind::FromRow) return column.read.rowRule(rs);
     const QVariant field = fieldOf(rs, column);
     switch (column.read.kind) {
         case ReadForm::Kind::NotRead:
@@ -132,6 +133,8 @@ std::optional<QVariant> readField(const RecordSet& rs, const ColumnSpec& column)
             return field;
         case ReadForm::Kind::Custom:
             return column.read.rule(field);
+        case ReadForm::Kind::FromRow:  // taken above, before the field is read
+            break;
     }
     return std::nullopt;
 }
@@ -158,7 +161,7 @@ QVariant convertTo(ValueType type, const QVariant& value) {
 }
 
 QVariant boundValue(const ColumnSpec& column, const QVariant& value) {
-    const QVariant propertyValue = writtenValue(column.type, value);
+    QVariant propertyValue = writtenValue(column.type, value);
     const WriteForm& form = column.write;
     switch (form.kind) {
         case WriteForm::Kind::NotWritten:
