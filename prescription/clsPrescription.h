@@ -23,7 +23,8 @@ struct StoredTexts;
 }
 
 // How a prescription object came to be loaded; it steers the change log and the fill-mode
-// text. It is never stored.
+// text. It is never stored. A fresh object holds 0, none of these: a fill that a host
+// reads and saves is no new prescription, and its first save is logged.
 enum rxTypes { NewRx = 1, RefillRx = 2, EditRx = 3, GenerateRx = 4, ReversedRx = 5 };
 
 // One fill of a prescription: one row of RXINFO. A prescription number owns one original
@@ -136,7 +137,7 @@ public:
     void Delete(bool Override = false);
 
     bool Updated() const { return m_bUpdated; }
-    rxTypes PrescriptionType = NewRx;
+    rxTypes PrescriptionType{};
 
     qint32 RXInfoID = 0;
     qint32 Number = 0;

@@ -90,7 +90,9 @@ QVariant Dialect::bindable(const QVariant& value) {
             QString text = value.toString();
             // PostgreSQL cannot store character 0; neither back end gets it.
             text.remove(QChar(0));
-            return text;
+            // Qt's drivers store a null QString as NULL; a text member that nobody typed
+            // into is an empty text all the same, and later reads compare it with "".
+            return text.isNull() ? QStringLiteral("") : text;
         }
         case QMetaType::QDateTime:
             return dateTimeText(value.toDateTime());

@@ -70,6 +70,8 @@ public:
 
     // The form a value takes as a bound parameter on either back end: character 0
     // removed from text, date-times as "yyyy-MM-dd HH:mm:ss" text, booleans as 1 or 0.
+    // A QString, null or not, binds as a text; only an invalid (or null) QVariant, the
+    // form a database NULL is read in, binds as NULL.
     static QVariant bindable(const QVariant& value);
     // "yyyy-MM-dd HH:mm:ss", the stored form of every date-time.
     static QString dateTimeText(const QDateTime& value);

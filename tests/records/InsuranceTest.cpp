@@ -21,16 +21,18 @@ TEST_P(InsuranceTest, UpdateThenGetDataGivesBackEveryMember) {
         {"Fee", 1.23456, 1.2346, 1.2346},
     };
     clsINSURANCE written;
-    using C = clsINSURANCE;
-    const auto members = test::members<C>(
-        &C::InsCode, &C::Name, &C::Address, &C::City, &C::State, &C::Zip, &C::Phone, &C::Fax,
-        &C::Notes, &C::Contact, &C::Fee, &C::FeePS, &C::Copay, &C::CopayPS, &C::GenericFee,
-        &C::GenericCopay, &C::GenCopayPS, &C::DaysSupply, &C::Basis, &C::Form, &C::ID, &C::Invoice,
-        &C::UandC, &C::PatCopay, &C::DoctorID, &C::OnLineLimit, &C::OnLinePhone, &C::Device,
-        &C::ModemSpeed, &C::DB, &C::SB, &C::Parity, &C::BIN, &C::ProcNumb, &C::BrandPT,
-        &C::GenericPT, &C::OnLine, &C::Internet, &C::VendorID, &C::ClaimFields, &C::IDQualifier);
-    test::expectEveryColumnWrittenAndRead(*db, insuranceColumns(), members, &clsINSURANCE::InsID,
-                                          key, {.trueStored = 1}, cases, written);
+    test::expectEveryColumnWrittenAndRead(*db, insuranceColumns(), &clsINSURANCE::InsID, key,
+                                          {.trueStored = 1}, cases, written);
+}
+
+// A currency member holds four places, half to even, from the moment it is assigned.
+TEST(InsuranceCurrency, CurrencyMembersRoundAsTheyAreAssigned) {
+    for (auto member : {&clsINSURANCE::Fee, &clsINSURANCE::Copay, &clsINSURANCE::GenericFee,
+                        &clsINSURANCE::GenericCopay}) {
+        clsINSURANCE plan;
+        plan.*member = 1.23455;
+        EXPECT_EQ(static_cast<double>(plan.*member), 1.2346);
+    }
 }
 
 TEST_P(InsuranceTest, NullsReadAsDefaultsAndANegativeNumberIsOneReport) {
@@ -161,6 +163,9 @@ TEST_P(InsuranceTest, InsertWithoutTheLookupMakesAPlanOfDefaults) {
     EXPECT_EQ(read.OnLineLimit, 1);
     EXPECT_TRUE(read.DaysSupply && read.UandC && read.OnLine && read.Internet);
     EXPECT_FALSE(read.PatCopay);
+    clsINSURANCE found;
+    EXPECT_TRUE(found.FindByBinAndPcn(QString(), QString())) << "the BIN and processor are empty";
+    EXPECT_EQ(found.InsID, key);
 
     db->Execute(QStringLiteral("UPDATE INSURANCE SET Name = 'Held'"));
     lookupScript(*user, 4, {});
