@@ -8,6 +8,8 @@
 #include "session/data/Procedures.h"
 #include "session/runtime/AppConfig.h"
 #include "session/runtime/Clock.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
 #include "session/runtime/Session.h"
 #include "session/runtime/UserInteraction.h"
 #include "session/text/Conversions.h"
@@ -170,6 +172,12 @@ QString askSearchText(int method) {
     }
 }
 
+// The directory of this call; a host's factory that gave none fails each use with 91.
+PlanLookup& directory(const std::unique_ptr<PlanLookup>& lookup) {
+    if (!lookup) fail(err::ObjectVariableNotSet);
+    return *lookup;
+}
+
 void searchDirectory(PlanLookup& lookup, int method, const QString& text, bool& found) {
     if (method != ByBinAndProcessor) {
         lookup.Search(text, found);
@@ -318,7 +326,9 @@ qint32 clsINSURANCE::Insert(const QString& NABP, bool& FoundExisting) {
     });
     if (useLookup == Answer::No) outcome = Outcome::NewPlan;
 
-    PlanLookup lookup;
+    // One directory object for this call, released at its end.
+    std::unique_ptr<PlanLookup> lookup;
+    frame([&] { lookup = newPlanLookup(); });
     bool found = false;
     if (useLookup == Answer::Yes) {
         int method = 0;
@@ -330,17 +340,19 @@ qint32 clsINSURANCE::Insert(const QString& NABP, bool& FoundExisting) {
                 QStringLiteral("Choose your method of insurance lookup below."), 4);
         });
         frame([&] { text = askSearchText(method); });
-        if (!text.isEmpty()) frame([&] { searchDirectory(lookup, method, text, found); });
+        if (!text.isEmpty()) {
+            frame([&] { searchDirectory(directory(lookup), method, text, found); });
+        }
     }
 
     if (found) {
         ExistingPlan existing;
-        frame([&] { existing = existingPlan(lookup); });
+        frame([&] { existing = existingPlan(directory(lookup)); });
         if (!existing.exists) {
             outcome = Outcome::NewPlan;
         } else if (isActive(existing)) {
             Answer answer = Answer::No;
-            frame([&] { answer = askCreateAnyway(lookup, existing); });
+            frame([&] { answer = askCreateAnyway(directory(lookup), existing); });
             if (answer == Answer::No) {
                 FoundExisting = true;
                 frame([&] { InsID = conv::ToInteger(existing.InsID); });
@@ -349,13 +361,13 @@ qint32 clsINSURANCE::Insert(const QString& NABP, bool& FoundExisting) {
             }
         } else if (isDeleted(existing)) {
             Answer answer = Answer::No;
-            frame([&] { answer = askUndelete(lookup, existing); });
+            frame([&] { answer = askUndelete(directory(lookup), existing); });
             if (answer == Answer::No) return 0;
             outcome = Outcome::BringBack;
             FoundExisting = true;
             frame([&] { InsID = conv::ToInteger(existing.InsID); });
         }
-        if (outcome != Outcome::Nothing) frame([&] { fillFromLookup(*this, lookup); });
+        if (outcome != Outcome::Nothing) frame([&] { fillFromLookup(*this, directory(lookup)); });
     }
 
     createOrBringBack(*this, outcome, frame, result);
@@ -370,17 +382,18 @@ qint32 clsINSURANCE::InsertFromLookup(const QString& NABP, const QString& sBIN,
     qint32 result = 0;
     Frame frame("clsINSURANCE:InsertFromLookup");
     setDefaults(NABP, QString());
-    PlanLookup lookup;
+    std::unique_ptr<PlanLookup> lookup;
+    frame([&] { lookup = newPlanLookup(); });
     bool found = false;
-    frame([&] { lookup.SearchBinAndProcessor(sBIN, sPCN, found); });
+    frame([&] { directory(lookup).SearchBinAndProcessor(sBIN, sPCN, found); });
     if (!found) return 0;
 
     ExistingPlan existing;
-    frame([&] { existing = existingPlan(lookup); });
+    frame([&] { existing = existingPlan(directory(lookup)); });
     Outcome outcome = Outcome::NewPlan;
     if (existing.exists && isDeleted(existing)) {
         Answer answer = Answer::No;
-        frame([&] { answer = askUndelete(lookup, existing); });
+        frame([&] { answer = askUndelete(directory(lookup), existing); });
         if (answer == Answer::No) return 0;
         frame([&] { InsID = conv::ToInteger(existing.InsID); });
         outcome = Outcome::BringBack;
@@ -388,7 +401,7 @@ qint32 clsINSURANCE::InsertFromLookup(const QString& NABP, const QString& sBIN,
         frame([&] { result = conv::ToLong(existing.InsID); });
         return result;
     }
-    frame([&] { fillFromLookup(*this, lookup); });
+    frame([&] { fillFromLookup(*this, directory(lookup)); });
     createOrBringBack(*this, outcome, frame, result);
     return result;
 }

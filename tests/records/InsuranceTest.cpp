@@ -1,6 +1,7 @@
 #include "records/clsINSURANCE.h"
 
 #include "records/PlanFixture.h"
+#include "records/ScriptedPlanLookup.h"
 #include "session/data/ColumnTable.h"
 #include "session/runtime/ErrorNumbers.h"
 
@@ -354,6 +355,39 @@ TEST_P(InsuranceTest, InsertFromLookupAsksOnlyAboutADeletedPlan) {
     EXPECT_EQ(column("Name", gone).toString(), "BLUE RIVER PHARMACY");
     EXPECT_EQ(column("ProcNumb", gone).toString(), "PCN1234567");
     EXPECT_EQ(column("ClaimFields", gone).toString(), "");
+}
+
+// A directory the host set answers each lookup with an object of its own; the script sees
+// the searches and the processor number the lookup cut to ten characters and wrote back.
+TEST_P(InsuranceTest, TheHostsDirectoryAnswersEachLookupWithAnObjectOfItsOwn) {
+    auto script = std::make_shared<PlanLookupScript>();
+    mdlMain::PlanLookups.set(script->factory());
+    PlanEntry hostPlan;
+    hostPlan.BIN = QStringLiteral("777001");
+    hostPlan.ProcessorNumber = QStringLiteral("HOSTPCN12345");
+    hostPlan.PlanName = QStringLiteral("HOST PLAN");
+    hostPlan.ShortName = QStringLiteral("HOST");
+    hostPlan.Version = QStringLiteral("51");
+    hostPlan.MaxScripts = 2;
+    script->answer(hostPlan);
+    script->answer(std::nullopt);
+
+    lookupScript(*user, 3, QStringLiteral("777001,HOSTPCN12345"));
+    clsINSURANCE plan;
+    bool foundExisting = false;
+    const qint32 key = plan.Insert(QStringLiteral("4512345"), foundExisting);
+    ASSERT_GT(key, 0);
+    EXPECT_EQ(column("ProcNumb", key).toString(), "HOSTPCN123");
+    EXPECT_EQ(column("Name", key).toString(), "HOST PLAN");
+    EXPECT_EQ(plan.InsertFromLookup(QStringLiteral("4512345"), "1", "2"), 0);
+
+    ASSERT_EQ(script->made().size(), 2);
+    EXPECT_EQ(script->made()[0].searches,
+              QStringList{"SearchBinAndProcessor(777001, HOSTPCN12345)"});
+    EXPECT_EQ(script->made()[0].releasedProcessorNumber, "HOSTPCN123");
+    EXPECT_EQ(script->made()[1].searches, QStringList{"SearchBinAndProcessor(1, 2)"});
+    EXPECT_EQ(script->made()[1].releasedProcessorNumber, "");
+    EXPECT_EQ(planCount(), 1);
 }
 
 TVRX_BACKENDS(InsuranceTest);
