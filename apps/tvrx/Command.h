@@ -33,5 +33,6 @@ Command logCommand();
 Command planCommand();
 Command showCommand();
 Command decodeCommand();
+Command submitCommand();
 
 }  // namespace tvrx::cli

@@ -8,9 +8,9 @@ namespace tvrx::cli {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
-        encodeCommand(), exchangeCommand(),   initCommand(),
-        showCommand(),   logCommand(),        planCommand(),
-        decodeCommand(), claimBuildCommand(), claimExplainCommand(),
+        encodeCommand(),       exchangeCommand(), initCommand(),   showCommand(),
+        logCommand(),          planCommand(),     decodeCommand(), claimBuildCommand(),
+        claimExplainCommand(), submitCommand(),
     };
     return all;
 }

@@ -1,6 +1,7 @@
 #include "session/runtime/Session.h"
 
 #include "session/data/Catalogue.h"
+#include "session/runtime/BusyPointer.h"
 #include "session/runtime/Clock.h"
 #include "session/runtime/ConsoleUserInteraction.h"
 #include "session/runtime/FileErrorReporter.h"
@@ -17,6 +18,7 @@ thread_local qint32 FindRefillRxInfoID = 0;
 thread_local std::shared_ptr<UserInteraction> UserService;
 thread_local std::shared_ptr<Clock> ClockService;
 thread_local std::shared_ptr<TransmitFace> TransmitService;
+thread_local std::shared_ptr<BusyPointer> PointerService;
 
 namespace {
 
@@ -67,6 +69,7 @@ void resetSession() {
     UserService.reset();
     ClockService.reset();
     TransmitService.reset();
+    PointerService.reset();
 }
 
 }  // namespace tvrx::mdlMain

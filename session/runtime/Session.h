@@ -7,6 +7,7 @@
 
 namespace tvrx {
 
+class BusyPointer;
 class Catalogue;
 class Clock;
 class DbConnection;
@@ -35,6 +36,8 @@ extern thread_local std::shared_ptr<UserInteraction> UserService;
 extern thread_local std::shared_ptr<Clock> ClockService;
 // How the wait for a payer's response is shown (console, dialog, scripted).
 extern thread_local std::shared_ptr<TransmitFace> TransmitService;
+// The screen's pointer (hourglass while the result tree fills).
+extern thread_local std::shared_ptr<BusyPointer> PointerService;
 
 // The catalogue deMain, created on first use.
 Catalogue& catalogue();
