@@ -10,6 +10,7 @@
 #include "session/data/Connections.h"
 #include "session/data/DbConnection.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
 
 namespace tvrx {
 

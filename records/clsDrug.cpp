@@ -6,6 +6,7 @@
 #include "session/data/Connections.h"
 #include "session/data/DbConnection.h"
 #include "session/text/Encodings.h"
+#include "session/text/Conversions.h"
 #include "session/runtime/Frame.h"
 #include "session/data/Procedures.h"
 
