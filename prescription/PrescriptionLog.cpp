@@ -3,6 +3,7 @@
 #include "session/data/DbConnection.h"
 #include "session/data/MainConnection.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
 
 #include <QXmlStreamWriter>
 

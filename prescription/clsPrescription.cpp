@@ -10,6 +10,7 @@
 #include "session/data/DbConnection.h"
 #include "session/data/MainConnection.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
 
 namespace tvrx {
 

@@ -7,6 +7,7 @@
 #include "session/data/MainConnection.h"
 #include "session/data/Procedures.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
 #include "session/text/Encodings.h"
 
 namespace tvrx {
