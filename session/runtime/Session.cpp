@@ -17,6 +17,8 @@ thread_local qint32 FindRefillRxInfoID = 0;
 thread_local std::shared_ptr<UserInteraction> UserService;
 thread_local std::shared_ptr<Clock> ClockService;
 thread_local std::shared_ptr<TransmitFace> TransmitService;
+thread_local std::shared_ptr<PreviewFace> PreviewService;
+thread_local std::function<std::shared_ptr<PageDocument>()> DocumentFactory;
 
 namespace {
 
@@ -67,6 +69,8 @@ void resetSession() {
     UserService.reset();
     ClockService.reset();
     TransmitService.reset();
+    PreviewService.reset();
+    DocumentFactory = nullptr;
 }
 
 }  // namespace tvrx::mdlMain

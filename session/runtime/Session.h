@@ -11,6 +11,8 @@ class Catalogue;
 class Clock;
 class DbConnection;
 class ErrorReporter;
+class PageDocument;
+class PreviewFace;
 class TransmitFace;
 class UserInteraction;
 
@@ -35,6 +37,13 @@ extern thread_local std::shared_ptr<UserInteraction> UserService;
 extern thread_local std::shared_ptr<Clock> ClockService;
 // How the wait for a payer's response is shown (console, dialog, scripted).
 extern thread_local std::shared_ptr<TransmitFace> TransmitService;
+// How a report's preview is shown (a desktop window, a PDF file, a test's script).
+extern thread_local std::shared_ptr<PreviewFace> PreviewService;
+
+// The outside components the logic makes one of for each use; a host installs its own
+// kinds. Each part that uses one says what it makes when none is installed.
+// Page documents for reports.
+extern thread_local std::function<std::shared_ptr<PageDocument>()> DocumentFactory;
 
 // The catalogue deMain, created on first use.
 Catalogue& catalogue();
