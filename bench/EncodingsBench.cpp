@@ -1,7 +1,7 @@
-#include "session/text/ClaimNotation.h"
-#include "session/text/Encodings.h"
 #include "session/runtime/RecordingErrorReporter.h"
 #include "session/runtime/Session.h"
+#include "session/text/ClaimNotation.h"
+#include "session/text/Encodings.h"
 
 #include <benchmark/benchmark.h>
 

@@ -10,9 +10,9 @@
 // Without --pg the PostgreSQL run takes TVRX_TEST_PG_URL; with neither it is skipped.
 #include "prescription/clsPrescription.h"
 #include "session/data/DbConnection.h"
-#include "session/runtime/RecordingErrorReporter.h"
 #include "session/data/SamplePharmacy.h"
 #include "session/data/Schema.h"
+#include "session/runtime/RecordingErrorReporter.h"
 #include "session/runtime/ScriptedUserInteraction.h"
 #include "session/runtime/Session.h"
 

@@ -5,7 +5,6 @@
 #include "session/runtime/Session.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 
 #include <benchmark/benchmark.h>
 
@@ -17,8 +16,8 @@ using namespace tvrx;
 
 // The shipped sample texts, read from the source tree beside this file.
 QString sampleText(const char* name) {
-    const QString folder = QFileInfo(QStringLiteral(__FILE__)).absolutePath();
-    const NotationResult read = readResponseFile(folder + "/../samples/responses/" + name + ".txt");
+    const NotationResult read =
+        readResponseFile(QStringLiteral(TVRX_SOURCE_DIR "/samples/responses/") + name + ".txt");
     return read.text.value_or(QString());
 }
 

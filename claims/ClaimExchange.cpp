@@ -1,8 +1,8 @@
 #include "claims/ClaimExchange.h"
 
-#include "session/text/Conversions.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
+#include "session/text/Conversions.h"
 
 #include <QFile>
 #include <QFileInfo>

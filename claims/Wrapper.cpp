@@ -1,11 +1,11 @@
 #include "claims/Wrapper.h"
 
 #include "claims/frmTransmit.h"
+#include "session/data/Connections.h"
+#include "session/data/DbConnection.h"
 #include "session/data/MainConnection.h"
 #include "session/runtime/AppConfig.h"
 #include "session/runtime/Clock.h"
-#include "session/data/Connections.h"
-#include "session/data/DbConnection.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 #include "session/runtime/Frame.h"

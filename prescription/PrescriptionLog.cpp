@@ -1,7 +1,7 @@
 #include "prescription/clsPrescription.h"
 
-#include "session/data/MainConnection.h"
 #include "session/data/DbConnection.h"
+#include "session/data/MainConnection.h"
 #include "session/runtime/Frame.h"
 
 #include <QXmlStreamWriter>

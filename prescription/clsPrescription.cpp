@@ -1,6 +1,5 @@
 #include "prescription/clsPrescription.h"
 
-#include "session/data/MainConnection.h"
 #include "records/RecordForms.h"
 #include "records/clsDoc.h"
 #include "records/clsDrug.h"
@@ -9,6 +8,7 @@
 #include "session/data/ColumnTable.h"
 #include "session/data/Connections.h"
 #include "session/data/DbConnection.h"
+#include "session/data/MainConnection.h"
 #include "session/runtime/Frame.h"
 
 namespace tvrx {

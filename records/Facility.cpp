@@ -1,13 +1,13 @@
 #include "records/Facility.h"
 
-#include "session/data/MainConnection.h"
 #include "records/RecordForms.h"
 #include "session/data/ColumnTable.h"
 #include "session/data/Connections.h"
-#include "session/text/Conversions.h"
 #include "session/data/DbConnection.h"
-#include "session/runtime/Frame.h"
+#include "session/data/MainConnection.h"
 #include "session/data/Procedures.h"
+#include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
 
 namespace tvrx {
 

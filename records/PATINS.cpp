@@ -1,12 +1,12 @@
 #include "records/PATINS.h"
 
-#include "session/data/MainConnection.h"
 #include "session/data/ColumnTable.h"
 #include "session/data/Connections.h"
-#include "session/text/Conversions.h"
 #include "session/data/DbConnection.h"
+#include "session/data/MainConnection.h"
 #include "session/data/Procedures.h"
 #include "session/runtime/Session.h"
+#include "session/text/Conversions.h"
 
 namespace tvrx {
 

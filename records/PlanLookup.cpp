@@ -2,12 +2,12 @@
 
 #include "session/data/ColumnTable.h"
 #include "session/data/Connections.h"
-#include "session/text/Conversions.h"
 #include "session/data/DbConnection.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 #include "session/runtime/Session.h"
 #include "session/runtime/UserInteraction.h"
+#include "session/text/Conversions.h"
 
 #include <optional>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "session/data/MainConnection.h"
-#include "session/runtime/Clock.h"
 #include "session/data/ColumnTable.h"
 #include "session/data/DbConnection.h"
+#include "session/data/MainConnection.h"
+#include "session/runtime/Clock.h"
 #include "session/runtime/Frame.h"
 #include "session/runtime/Session.h"
 

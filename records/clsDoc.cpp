@@ -1,12 +1,12 @@
 #include "records/clsDoc.h"
 
-#include "session/data/MainConnection.h"
 #include "records/RecordForms.h"
 #include "session/data/ColumnTable.h"
 #include "session/data/Connections.h"
 #include "session/data/DbConnection.h"
-#include "session/runtime/Frame.h"
+#include "session/data/MainConnection.h"
 #include "session/data/Procedures.h"
+#include "session/runtime/Frame.h"
 
 namespace tvrx {
 

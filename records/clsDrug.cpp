@@ -1,13 +1,13 @@
 #include "records/clsDrug.h"
 
-#include "session/data/MainConnection.h"
 #include "records/RecordForms.h"
 #include "session/data/ColumnTable.h"
 #include "session/data/Connections.h"
 #include "session/data/DbConnection.h"
-#include "session/text/Encodings.h"
-#include "session/runtime/Frame.h"
+#include "session/data/MainConnection.h"
 #include "session/data/Procedures.h"
+#include "session/runtime/Frame.h"
+#include "session/text/Encodings.h"
 
 namespace tvrx {
 

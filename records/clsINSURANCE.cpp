@@ -1,16 +1,16 @@
 #include "records/clsINSURANCE.h"
 
-#include "session/data/MainConnection.h"
 #include "records/PlanLookup.h"
-#include "session/runtime/AppConfig.h"
-#include "session/runtime/Clock.h"
 #include "session/data/ColumnTable.h"
 #include "session/data/Connections.h"
-#include "session/text/Conversions.h"
 #include "session/data/DbConnection.h"
+#include "session/data/MainConnection.h"
 #include "session/data/Procedures.h"
+#include "session/runtime/AppConfig.h"
+#include "session/runtime/Clock.h"
 #include "session/runtime/Session.h"
 #include "session/runtime/UserInteraction.h"
+#include "session/text/Conversions.h"
 
 namespace tvrx {
 

@@ -1,13 +1,13 @@
 #include "records/clsPatient.h"
 
-#include "session/data/MainConnection.h"
 #include "records/RecordForms.h"
 #include "session/data/ColumnTable.h"
 #include "session/data/Connections.h"
 #include "session/data/DbConnection.h"
+#include "session/data/MainConnection.h"
+#include "session/data/Procedures.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Frame.h"
-#include "session/data/Procedures.h"
 #include "session/runtime/UserInteraction.h"
 
 namespace tvrx {

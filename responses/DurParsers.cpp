@@ -2,11 +2,11 @@
 #include "responses/ResponseLayout.h"
 #include "responses/TextPositions.h"
 #include "responses/clsClaimResponse.h"
-#include "session/text/Conversions.h"
-#include "session/text/Encodings.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
+#include "session/text/Encodings.h"
 
 #include <algorithm>
 #include <array>

@@ -2,9 +2,9 @@
 
 #include "responses/ResponseLayout.h"
 #include "session/data/DbConnection.h"
+#include "session/data/RecordSet.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
-#include "session/data/RecordSet.h"
 #include "session/runtime/Session.h"
 
 #include <algorithm>

@@ -101,8 +101,12 @@ NotationResult readResponseFile(const QString& path) {
     if (!file.open(QIODevice::ReadOnly)) {
         return {std::nullopt, QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
     }
+    return readResponseText(file.readAll());
+}
+
+NotationResult readResponseText(const QByteArray& contents) {
     QString notation;
-    for (const QByteArray& line : file.readAll().split('\n')) {
+    for (const QByteArray& line : contents.split('\n')) {
         if (line.startsWith('#')) continue;
         notation += QString::fromLatin1(line.endsWith('\r') ? line.chopped(1) : line);
     }

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "responses/clsClaimResponse.h"
-#include "session/text/ClaimNotation.h"
 #include "session/runtime/RecordingErrorReporter.h"
 #include "session/runtime/ScriptedUserInteraction.h"
+#include "session/text/ClaimNotation.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -25,5 +25,7 @@ QJsonArray reportsJson(const QList<ErrorReport>& reports);
 // A response text kept in a file in the readable notation: lines that start with "#" are
 // comments, and line ends are not part of the text, so a long text may be wrapped.
 NotationResult readResponseFile(const QString& path);
+// The same for the contents of such a file.
+NotationResult readResponseText(const QByteArray& contents);
 
 }  // namespace tvrx

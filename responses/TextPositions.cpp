@@ -1,9 +1,9 @@
 #include "responses/TextPositions.h"
 
-#include "session/text/Conversions.h"
-#include "session/text/Encodings.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
+#include "session/text/Conversions.h"
+#include "session/text/Encodings.h"
 
 #include <algorithm>
 #include <deque>

@@ -4,13 +4,13 @@
 #include "responses/RejectTable.h"
 #include "responses/ResponseLayout.h"
 #include "responses/TextPositions.h"
-#include "session/runtime/AppConfig.h"
 #include "session/data/Connections.h"
-#include "session/text/Conversions.h"
-#include "session/text/Encodings.h"
+#include "session/runtime/AppConfig.h"
 #include "session/runtime/Frame.h"
 #include "session/runtime/Session.h"
 #include "session/runtime/UserInteraction.h"
+#include "session/text/Conversions.h"
+#include "session/text/Encodings.h"
 
 #include <algorithm>
 #include <utility>

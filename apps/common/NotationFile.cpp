@@ -1,21 +1,19 @@
 #include "NotationFile.h"
 
-#include "session/text/ClaimNotation.h"
+#include "InputFile.h"
 
-#include <QFile>
+#include "session/text/ClaimNotation.h"
 
 namespace tvrx::cli {
 
 NotationFile readNotationFile(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {std::nullopt, QStringLiteral("cannot read %1: %2").arg(path, file.errorString())};
-    }
-    QString notation = QString::fromUtf8(file.readAll());
+    const InputFile file = readInputFile(path);
+    if (!file.bytes) return {std::nullopt, file.error};
+    QString notation = QString::fromUtf8(*file.bytes);
     notation.remove(QLatin1Char('\r'));
     notation.remove(QLatin1Char('\n'));
     NotationResult read = fromNotation(notation);
-    if (!read) return {std::nullopt, QStringLiteral("%1: %2").arg(path, read.error)};
+    if (!read) return {std::nullopt, QStringLiteral("%1: %2").arg(inputName(path), read.error)};
     return {std::move(read.text), {}};
 }
 

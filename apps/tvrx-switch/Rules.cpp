@@ -1,10 +1,10 @@
 #include "Rules.h"
 
+#include "common/InputFile.h"
 #include "common/NotationFile.h"
 #include "session/text/ClaimNotation.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -42,13 +42,14 @@ std::optional<Rule> parseLine(const QString& line, int number, QString& problem)
 }  // namespace
 
 std::optional<Rules> Rules::load(const QString& path, QString& problem) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        problem = QStringLiteral("cannot read the rules %1: %2").arg(path, file.errorString());
+    const cli::InputFile file = cli::readInputFile(path);
+    if (!file.bytes) {
+        problem = QStringLiteral("the rules: %1").arg(file.error);
         return std::nullopt;
     }
+    // Rules read from standard input name their responses relative to the working folder.
     const QDir folder = QFileInfo(path).absoluteDir();
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    const QStringList lines = QString::fromUtf8(*file.bytes).split(QLatin1Char('\n'));
     Rules rules;
     for (qsizetype i = 0; i < lines.size(); ++i) {
         const QString line = lines[i].trimmed();

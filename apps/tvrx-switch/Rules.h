@@ -21,7 +21,8 @@ struct Rule {
 //     otherwise FILE        the answer when no "if" line does; exactly one, the last line
 //
 // with comments after "#" at the start of a line. TEXT is in the readable notation
-// (<FS>, <GS> ...), and so are the files, named relative to the rules file's folder.
+// (<FS>, <GS> ...), and so are the files, named relative to the rules file's folder
+// (the working folder for rules read from standard input, "-").
 class Rules {
 public:
     // The rules of the file with every response read, or the first problem found.

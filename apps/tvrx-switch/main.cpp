@@ -4,6 +4,7 @@
 #include "Switch.h"
 #include "claims/ClaimExchange.h"
 #include "claims/SignalBridge.h"
+#include "common/CommandLine.h"
 #include "common/ExchangeDirectory.h"
 
 #include <QCoreApplication>
@@ -14,19 +15,18 @@
 
 namespace {
 
-constexpr int kExitStopped = 0;
-constexpr int kExitCannotStart = 1;
-constexpr int kExitUsage = 2;
+constexpr int kExitStopped = tvrx::cli::kExitOk;
+constexpr int kExitCannotStart = tvrx::cli::kExitFailed;
 
-const char* kUsage =
-    "usage: tvrx-switch --dir DIR --rules FILE [--mode MODE]\n"
+const char* kDescription =
     "Answers each claim request (NNNNNNNN.clm) that appears in the exchange directory DIR\n"
     "with a response of the same stem (NNNNNNNN.RSP), chosen by the rules in FILE:\n"
     "    if TEXT then RESPONSE   the first line whose TEXT occurs in the request answers it\n"
     "    otherwise RESPONSE      the answer when no 'if' line does; the last line\n"
     "TEXT and the response files are in the readable notation (<FS>, <GS> ...); response\n"
-    "files are named relative to FILE's folder. MODE is the octal mode of the responses\n"
-    "(default 0660). One line is logged per request. SIGTERM or Ctrl-C stops the program.\n"
+    "files are named relative to FILE's folder (FILE '-' is standard input, its responses\n"
+    "named relative to the working folder). One line is logged per request. SIGTERM or\n"
+    "Ctrl-C stops the program.\n"
     "Exit codes: 0 stopped, 1 cannot start (directory or rules), 2 usage.";
 
 struct Options {
@@ -35,35 +35,23 @@ struct Options {
     unsigned mode = tvrx::ExchangeSettings().RequestMode;
 };
 
-int usage(const QString& problem) {
-    std::fprintf(stderr, "tvrx-switch: %s\n%s\n", qPrintable(problem), kUsage);
-    return kExitUsage;
+void declare(tvrx::cli::CommandLine& line) {
+    using Presence = tvrx::cli::CommandLine::Presence;
+    line.addOption(QStringLiteral("dir"), QStringLiteral("DIR"),
+                   QStringLiteral("the exchange directory"), Presence::Required);
+    line.addOption(QStringLiteral("rules"), QStringLiteral("FILE"),
+                   QStringLiteral("the rules that choose the answers"), Presence::Required);
+    line.addOption(QStringLiteral("mode"), QStringLiteral("MODE"),
+                   QStringLiteral("the octal mode of the responses (default 0660)"));
 }
 
-std::optional<Options> parseOptions(const QStringList& args, QString& problem) {
-    Options options;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        const QString& arg = args[i];
-        const bool hasValue = i + 1 < args.size();
-        bool modeOk = true;
-        if (arg == QLatin1String("--dir") && hasValue) {
-            options.directory = args[++i];
-        } else if (arg == QLatin1String("--rules") && hasValue) {
-            options.rules = args[++i];
-        } else if (arg == QLatin1String("--mode") && hasValue) {
-            options.mode = args[++i].toUInt(&modeOk, 8);
-        } else {
-            problem = QStringLiteral("unexpected argument '%1'").arg(arg);
-            return std::nullopt;
-        }
-        if (!modeOk) {
-            problem = QStringLiteral("--mode takes an octal mode such as 0660");
-            return std::nullopt;
-        }
-    }
-    if (options.directory.isEmpty()) problem = QStringLiteral("--dir is required");
-    if (options.rules.isEmpty()) problem = QStringLiteral("--rules is required");
-    if (!problem.isEmpty()) return std::nullopt;
+// The options read from the line; nothing when --mode is no octal mode.
+std::optional<Options> optionsOf(const tvrx::cli::CommandLine& line) {
+    Options options{line.value(QStringLiteral("dir")), line.value(QStringLiteral("rules"))};
+    if (!line.isSet(QStringLiteral("mode"))) return options;
+    bool modeOk = false;
+    options.mode = line.value(QStringLiteral("mode")).toUInt(&modeOk, 8);
+    if (!modeOk) return std::nullopt;
     return options;
 }
 
@@ -95,13 +83,10 @@ int run(const Options& options) {
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    const QStringList args = QCoreApplication::arguments().mid(1);
-    if (args.contains(QStringLiteral("--help"))) {
-        std::printf("%s\n", kUsage);
-        return kExitStopped;
-    }
-    QString problem;
-    const std::optional<Options> options = parseOptions(args, problem);
-    if (!options) return usage(problem);
+    tvrx::cli::CommandLine line(QStringLiteral("tvrx-switch"), QString::fromLatin1(kDescription));
+    declare(line);
+    if (const auto exitCode = line.read(QCoreApplication::arguments().mid(1))) return *exitCode;
+    const std::optional<Options> options = optionsOf(line);
+    if (!options) return line.usageError(QStringLiteral("--mode takes an octal mode such as 0660"));
     return run(*options);
 }

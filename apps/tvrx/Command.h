@@ -1,31 +1,27 @@
 #pragma once
 
+#include "common/CommandLine.h"
+
 #include <QString>
-#include <QStringList>
 
 #include <functional>
 #include <vector>
 
 namespace tvrx::cli {
 
-// Exit codes of the command-line host.
-inline constexpr int kExitOk = 0;
-inline constexpr int kExitFailed = 1;
-inline constexpr int kExitUsage = 2;
-
-// A sub-command of the host: "tvrx <name> ...".
+// A sub-command of the host: "tvrx <name> ...". A name of two words ("log rx") is a
+// sub-command of a group ("tvrx log"). declare adds its arguments and options to the
+// command line; run carries the command out once the line has been read.
 struct Command {
     QString name;
-    QString synopsis;  // one line for "tvrx --help"
-    QString usage;     // the full usage text of the sub-command
-    std::function<int(const QStringList& args)> run;
+    QString synopsis;     // one line for "tvrx --help"
+    QString description;  // the help under the usage line
+    std::function<void(CommandLine& line)> declare;
+    std::function<int(const CommandLine& line)> run;
 };
 
 // Every sub-command the host knows, in the order "--help" lists them.
 const std::vector<Command>& commands();
-
-// Prints "usage: ..." for the command on stderr and returns kExitUsage.
-int usageError(const Command& command, const QString& problem);
 
 // Each sub-command file defines one of these.
 Command encodeCommand();

@@ -54,18 +54,22 @@ const std::vector<Encoding>& encodings() {
     return all;
 }
 
-const char* kUsage =
-    "tvrx encode overpunch TEXT\n"
-    "       tvrx encode overpunch-return AMOUNT\n"
-    "       tvrx encode phone TEXT\n"
-    "       tvrx encode zip TEXT\n"
-    "       tvrx encode fixed TEXT WIDTH FILL\n"
+const char* kDescription =
+    "Shows the claim text encodings at work. ENCODING and its arguments:\n"
+    "    overpunch TEXT\n"
+    "    overpunch-return AMOUNT\n"
+    "    phone TEXT\n"
+    "    zip TEXT\n"
+    "    fixed TEXT WIDTH FILL\n"
     "TEXT and FILL are claim texts in the readable notation (<FS>, <GS>, <xE1> ...; see\n"
     "docs/CLAIM-NOTATION.md), and results are printed in it. AMOUNT is a number in whole\n"
-    "hundredths, WIDTH a whole number from -32768 to 32767.";
+    "hundredths, WIDTH a whole number from -32768 to 32767. Arguments after ENCODING are\n"
+    "taken as they are, so a negative number needs no '--'.";
 
-int usage(const QString& problem) {
-    return usageError(encodeCommand(), problem);
+void declare(CommandLine& line) {
+    line.addArgument(QStringLiteral("ENCODING"), QStringLiteral("one of the encodings above"));
+    line.addFurtherArguments(QStringLiteral("ARGUMENT"), QStringLiteral("what the encoding takes"));
+    line.stopOptionsAtFirstArgument();
 }
 
 // Reads one argument into its place; the problem with it when it cannot be read.
@@ -92,39 +96,40 @@ std::optional<QString> readArgument(Parameter parameter, const QString& raw, Arg
     return std::nullopt;
 }
 
-int runEncoding(const Encoding& encoding, const QStringList& raw) {
+int runEncoding(const CommandLine& line, const Encoding& encoding) {
+    const QStringList raw = line.arguments().mid(1);
     if (raw.size() != static_cast<qsizetype>(encoding.parameters.size())) {
-        return usage(QStringLiteral("%1 takes %2 argument(s)")
-                         .arg(encoding.name)
-                         .arg(encoding.parameters.size()));
+        return line.usageError(QStringLiteral("%1 takes %2 argument(s)")
+                                   .arg(encoding.name)
+                                   .arg(encoding.parameters.size()));
     }
     Arguments arguments;
     for (qsizetype i = 0; i < raw.size(); ++i) {
         if (auto problem = readArgument(encoding.parameters[i], raw[i], arguments)) {
-            return usage(*problem);
+            return line.usageError(*problem);
         }
     }
     // Failures inside the encodings go to the session's error report; the result is
     // printed all the same, as far as it was built.
-    for (const QString& line : encoding.run(arguments)) {
-        std::printf("%s\n", line.toUtf8().constData());
+    for (const QString& printed : encoding.run(arguments)) {
+        std::printf("%s\n", printed.toUtf8().constData());
     }
     return kExitOk;
 }
 
-int run(const QStringList& args) {
-    if (args.isEmpty()) return usage(QStringLiteral("which encoding?"));
+int run(const CommandLine& line) {
+    const QString& name = line.arguments().first();
     for (const Encoding& encoding : encodings()) {
-        if (args.first() == encoding.name) return runEncoding(encoding, args.mid(1));
+        if (name == encoding.name) return runEncoding(line, encoding);
     }
-    return usage(QStringLiteral("unknown encoding '%1'").arg(args.first()));
+    return line.usageError(QStringLiteral("unknown encoding '%1'").arg(name));
 }
 
 }  // namespace
 
 Command encodeCommand() {
     return {QStringLiteral("encode"), QStringLiteral("show the claim text encodings at work"),
-            QString::fromLatin1(kUsage), run};
+            QString::fromLatin1(kDescription), declare, run};
 }
 
 }  // namespace tvrx::cli

@@ -3,11 +3,11 @@
 #include "claims/Wrapper.h"
 #include "common/ExchangeDirectory.h"
 #include "common/NotationFile.h"
-#include "session/text/ClaimNotation.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/ErrorReporter.h"
 #include "session/runtime/Failure.h"
 #include "session/runtime/Session.h"
+#include "session/text/ClaimNotation.h"
 
 #include <QFile>
 
@@ -17,48 +17,22 @@
 namespace tvrx::cli {
 namespace {
 
-constexpr int kExitAborted = 3;
-
-const char* kUsage =
-    "tvrx exchange --dir DIR FILE\n"
+const char* kDescription =
     "Sends the claim text in FILE through the exchange directory DIR and waits for the\n"
     "transmission program's response, which is printed. FILE holds the text in the readable\n"
     "notation (<STX>, <FS>, <GS> ...; see docs/CLAIM-NOTATION.md) without the end byte, which\n"
-    "the exchange adds; line breaks in FILE are ignored. The response is printed in the same\n"
-    "notation. Ctrl-C aborts the wait and withdraws the request if it was not collected.\n"
+    "the exchange adds; line breaks in FILE are ignored, and '-' reads it from standard\n"
+    "input. The response is printed in the same notation. Ctrl-C aborts the wait and\n"
+    "withdraws the request if it was not collected.\n"
     "Exit codes: 0 answered, 1 failed (reported on stderr and in the error log),\n"
     "            2 usage, 3 aborted.";
 
-struct ExchangeOptions {
-    QString directory;
-    QString file;
-};
+const QString kDirectory = QStringLiteral("dir");
 
-int usage(const QString& problem) {
-    return usageError(exchangeCommand(), problem);
-}
-
-std::optional<ExchangeOptions> parseOptions(const QStringList& args, QString& problem) {
-    ExchangeOptions options;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        const QString& arg = args[i];
-        if (arg == QLatin1String("--dir") && i + 1 < args.size()) {
-            options.directory = args[++i];
-        } else if (arg.startsWith(QLatin1String("--dir="))) {
-            options.directory = arg.mid(6);
-        } else if (arg.startsWith(QLatin1String("--")) || !options.file.isEmpty()) {
-            problem = arg == QLatin1String("--dir")
-                          ? QStringLiteral("--dir needs a directory")
-                          : QStringLiteral("unexpected argument '%1'").arg(arg);
-            return std::nullopt;
-        } else {
-            options.file = arg;
-        }
-    }
-    if (options.directory.isEmpty()) problem = QStringLiteral("--dir is required");
-    if (options.file.isEmpty()) problem = QStringLiteral("which claim file?");
-    if (!problem.isEmpty()) return std::nullopt;
-    return options;
+void declare(CommandLine& line) {
+    line.addArgument(QStringLiteral("FILE"), QStringLiteral("the claim, '-' for standard input"));
+    line.addOption(kDirectory, QStringLiteral("DIR"), QStringLiteral("the exchange directory"),
+                   CommandLine::Presence::Required);
 }
 
 // Counts the failures of the exchange and hands each on to the usual error log.
@@ -89,36 +63,24 @@ QString readResponse(const QString& path) {
     return QString::fromLatin1(file.readAll());
 }
 
-int runExchange(const ExchangeOptions& options) {
+int run(const CommandLine& line) {
+    const QString directory = line.value(kDirectory);
     // Waiting for an answer to a request that could not be written would only end in ^C.
-    const QString unusable = exchangeDirectoryProblem(options.directory);
-    if (!unusable.isEmpty()) {
-        std::fprintf(stderr, "tvrx exchange: %s\n", qPrintable(unusable));
-        return kExitFailed;
-    }
-    const NotationFile claim = readNotationFile(options.file);
-    if (!claim.text) {
-        std::fprintf(stderr, "tvrx exchange: %s\n", qPrintable(claim.error));
-        return kExitFailed;
-    }
+    const QString unusable = exchangeDirectoryProblem(directory);
+    if (!unusable.isEmpty()) return line.failed(unusable);
+    const NotationFile claim = readNotationFile(line.arguments().first());
+    if (!claim.text) return line.failed(claim.error);
     auto reporter = std::make_shared<CountingReporter>(mdlMain::createReporter());
     mdlMain::ErrorReporter = reporter;
 
     std::optional<QString> response;
     Wrapper wrapper;
     const bool answered = wrapper.ExchangeClaimFile(
-        options.directory, *claim.text,
+        directory, *claim.text,
         [&response](const QString& path) { response = readResponse(path); });
     if (response) std::printf("%s\n", toNotation(*response).toUtf8().constData());
     if (reporter->reports > 0) return kExitFailed;
     return answered ? kExitOk : kExitAborted;
-}
-
-int run(const QStringList& args) {
-    QString problem;
-    const std::optional<ExchangeOptions> options = parseOptions(args, problem);
-    if (!options) return usage(problem);
-    return runExchange(*options);
 }
 
 }  // namespace
@@ -126,7 +88,7 @@ int run(const QStringList& args) {
 Command exchangeCommand() {
     return {QStringLiteral("exchange"),
             QStringLiteral("send a claim text to the transmission program and print its answer"),
-            QString::fromLatin1(kUsage), run};
+            QString::fromLatin1(kDescription), declare, run};
 }
 
 }  // namespace tvrx::cli

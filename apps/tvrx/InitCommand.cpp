@@ -1,57 +1,22 @@
 #include "Command.h"
+#include "RecordSession.h"
 
 #include "session/data/DbConnection.h"
-#include "session/runtime/Failure.h"
 #include "session/data/SamplePharmacy.h"
 #include "session/data/Schema.h"
-
-#include <QUrl>
+#include "session/runtime/Failure.h"
 
 #include <cstdio>
-#include <optional>
 
 namespace tvrx::cli {
 
 namespace {
 
-struct InitOptions {
-    QString database;
-    bool sample = false;
-};
+const QString kSample = QStringLiteral("sample");
 
-// "--db URL" or "--db=URL", and "--sample"; nothing else.
-std::optional<InitOptions> parseOptions(const QStringList& args, QString& problem) {
-    InitOptions options;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        const QString& arg = args[i];
-        if (arg == QLatin1String("--sample")) {
-            options.sample = true;
-        } else if (arg == QLatin1String("--db") && i + 1 < args.size()) {
-            options.database = args[++i];
-        } else if (arg.startsWith(QLatin1String("--db="))) {
-            options.database = arg.mid(5);
-        } else {
-            problem = arg == QLatin1String("--db")
-                          ? QStringLiteral("--db needs a database")
-                          : QStringLiteral("unexpected argument '%1'").arg(arg);
-            return std::nullopt;
-        }
-    }
-    if (options.database.isEmpty()) {
-        problem = QStringLiteral("--db is required");
-        return std::nullopt;
-    }
-    return options;
-}
-
-// The database as the messages name it, without a password.
-QString shown(const QString& database) {
-    const QUrl url(database);
-    return url.scheme().isEmpty() ? database : url.toDisplayString(QUrl::RemovePassword);
-}
-
-QString oneLine(const QString& text) {
-    return text.simplified();
+void declare(CommandLine& line) {
+    line.addDatabaseOption();
+    line.addFlag(kSample, QStringLiteral("load the sample pharmacy into an empty database"));
 }
 
 void printSchema(const SchemaReport& report) {
@@ -84,25 +49,17 @@ void printContents(DbConnection& connection) {
     }
 }
 
-int runInit(const InitOptions& options) {
-    DbConnection connection;
+int run(const CommandLine& line) {
+    RecordSession session(line);
+    const auto connection = session.open();
+    if (!connection) return kExitFailed;
     try {
-        connection.setConnectionString(options.database);
-        connection.Open();
+        printSchema(applySchema(*connection));
+        if (line.isSet(kSample)) printSample(loadSamplePharmacy(*connection));
+        printContents(*connection);
     } catch (const Failure& failure) {
-        std::fprintf(stderr, "tvrx init: cannot open the database %s: %s\n",
-                     qPrintable(shown(options.database)),
-                     qPrintable(oneLine(failure.description())));
-        return kExitFailed;
-    }
-    try {
-        printSchema(applySchema(connection));
-        if (options.sample) printSample(loadSamplePharmacy(connection));
-        printContents(connection);
-    } catch (const Failure& failure) {
-        std::fprintf(stderr, "tvrx init: %s: %s\n", qPrintable(shown(options.database)),
-                     qPrintable(oneLine(failure.description())));
-        return kExitFailed;
+        return line.failed(QStringLiteral("%1: %2").arg(shownDatabase(line.database()),
+                                                        failure.description().simplified()));
     }
     return kExitOk;
 }
@@ -110,20 +67,13 @@ int runInit(const InitOptions& options) {
 }  // namespace
 
 Command initCommand() {
-    Command command{
-        QStringLiteral("init"),
-        QStringLiteral(
-            "create or upgrade a pharmacy database, optionally with the sample pharmacy"),
-        QStringLiteral("tvrx init --db URL [--sample]\n"
-                       "  URL: sqlite:///path/to/pharmacy.db, a bare path (SQLite), or\n"
-                       "       postgresql://user@host:port/database"),
-        {}};
-    command.run = [command](const QStringList& args) {
-        QString problem;
-        const std::optional<InitOptions> options = parseOptions(args, problem);
-        return options ? runInit(*options) : usageError(command, problem);
-    };
-    return command;
+    return {QStringLiteral("init"),
+            QStringLiteral(
+                "create or upgrade a pharmacy database, optionally with the sample pharmacy"),
+            QStringLiteral("Creates the pharmacy's tables or brings them up to date, then counts\n"
+                           "their rows. URL: sqlite:///path/to/pharmacy.db, a bare path (SQLite),\n"
+                           "or postgresql://user@host:port/database."),
+            declare, run};
 }
 
 }  // namespace tvrx::cli

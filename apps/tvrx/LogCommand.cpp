@@ -14,17 +14,15 @@ namespace tvrx::cli {
 
 namespace {
 
-const char* kUsage =
-    "tvrx log rx ID [--db URL]\n"
+const char* kDescription =
     "Lists the change log of the fill with RXInfoID ID, oldest first: when each change\n"
     "was saved, the pharmacist and technician of the edit (0 when none was named), and\n"
-    "each changed value as \"old -> new\".\n"
-    "  Without --db the database is taken from TVRX_DB.";
+    "each changed value as \"old -> new\".";
 
-struct LogOptions {
-    qint32 key = 0;
-    QString database;
-};
+void declare(CommandLine& line) {
+    line.addArgument(QStringLiteral("ID"), QStringLiteral("the fill's RXInfoID"));
+    line.addDatabaseOption();
+}
 
 struct ChangedItem {
     QString item;
@@ -38,21 +36,6 @@ struct ReadChanges {
     QList<ChangedItem> items;
     QString error;
 };
-
-std::optional<LogOptions> parseOptions(QStringList args, QString& problem) {
-    LogOptions options;
-    const std::optional<QString> database = RecordSession::databaseOption(args, problem);
-    if (!database) return std::nullopt;
-    options.database = *database;
-    if (args.size() != 2 || args[0] != QLatin1String("rx")) {
-        problem = QStringLiteral("expected 'rx' and a fill's RXInfoID");
-        return std::nullopt;
-    }
-    const std::optional<qint32> key = RecordSession::keyOption(args[1], problem);
-    if (!key) return std::nullopt;
-    options.key = *key;
-    return options;
-}
 
 // A log entry is <RX_Changes> holding one empty element per changed item, the old and
 // new value in its attributes.
@@ -103,15 +86,16 @@ void printEntry(const RecordSet& rs) {
     }
 }
 
-int runLog(const LogOptions& options) {
-    RecordSession session(QStringLiteral("log"));
-    const auto connection = session.open(options.database);
+int run(const CommandLine& line) {
+    const std::optional<qint32> key = line.key(0);
+    if (!key) return line.usageError(notAKey(line.arguments().first()));
+    RecordSession session(line);
+    const auto connection = session.open();
     if (!connection) return kExitFailed;
-    if (!rowExists(*connection, QStringLiteral("RXINFO"), QStringLiteral("RXInfoID"), options.key,
+    if (!rowExists(*connection, QStringLiteral("RXINFO"), QStringLiteral("RXInfoID"), *key,
                    "tvrx:log rx")) {
         session.printReports();
-        std::fprintf(stderr, "tvrx log: no fill with RXInfoID %d\n", options.key);
-        return kExitFailed;
+        return line.failed(QStringLiteral("no fill with RXInfoID %1").arg(*key));
     }
     RecordSet rs;
     Frame frame("tvrx:log rx");
@@ -119,29 +103,19 @@ int runLog(const LogOptions& options) {
         rs = connection->OpenRecordSet(
             QStringLiteral("SELECT LogDate, RPhID, TechID, Changes FROM LOG_RX "
                            "WHERE RxInfoID = ? ORDER BY LogDate, LogRxID"),
-            {options.key});
+            {*key});
     });
     if (session.printReports() > 0) return kExitFailed;
-    if (rs.Eof()) std::printf("No changes are logged for fill %d.\n", options.key);
+    if (rs.Eof()) std::printf("No changes are logged for fill %d.\n", *key);
     for (; !rs.Eof(); rs.MoveNext()) printEntry(rs);
     return kExitOk;
-}
-
-int usage(const QString& problem) {
-    return usageError(logCommand(), problem);
-}
-
-int run(const QStringList& args) {
-    QString problem;
-    const std::optional<LogOptions> options = parseOptions(args, problem);
-    return options ? runLog(*options) : usage(problem);
 }
 
 }  // namespace
 
 Command logCommand() {
-    return {QStringLiteral("log"), QStringLiteral("list the change log of a fill"),
-            QString::fromLatin1(kUsage), run};
+    return {QStringLiteral("log rx"), QStringLiteral("list the change log of a fill"),
+            QString::fromLatin1(kDescription), declare, run};
 }
 
 }  // namespace tvrx::cli

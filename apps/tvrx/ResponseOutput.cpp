@@ -2,9 +2,9 @@
 
 #include "responses/ResponseJson.h"
 #include "responses/clsClaimResponse.h"
+#include "session/runtime/Session.h"
 #include "session/text/ClaimNotation.h"
 #include "session/text/Conversions.h"
-#include "session/runtime/Session.h"
 
 #include <memory>
 #include <utility>

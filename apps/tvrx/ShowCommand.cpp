@@ -1,12 +1,9 @@
 #include "Command.h"
+#include "JsonOutput.h"
 #include "RecordSession.h"
 #include "ShowKinds.h"
 
-#include "session/data/Dialect.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonValue>
+#include "responses/ResponseJson.h"
 
 #include <cstdio>
 
@@ -30,25 +27,12 @@ const ShowKind* kindNamed(const QString& name) {
     return nullptr;
 }
 
-QString usageText() {
-    QString text = QStringLiteral("tvrx show KIND ID [--db URL] [--json]\n  KIND:");
+QString descriptionText() {
+    QString text = QStringLiteral("Shows one record by its key. KIND:");
     for (const ShowKind& kind : showKinds()) {
         text += QStringLiteral("\n    %1  %2").arg(kind.name, -10).arg(kind.description);
     }
-    text += QStringLiteral("\n  Without --db the database is taken from TVRX_DB.");
     return text;
-}
-
-QString jsonText(const QJsonValue& value) {
-    const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return QString::fromUtf8(array.mid(1, array.size() - 2));
-}
-
-QString jsonValue(const QVariant& value) {
-    const QVariant plain = value.typeId() == QMetaType::QDateTime
-                               ? QVariant(Dialect::dateTimeText(value.toDateTime()))
-                               : value;
-    return jsonText(QJsonValue::fromVariant(plain));
 }
 
 void printText(const ShownRecord& record) {
@@ -67,69 +51,59 @@ void printText(const Shown& shown) {
     }
 }
 
-QStringList jsonMembers(const ShownRecord& record) {
-    QStringList members;
-    for (const auto& [name, value] : record)
-        members.append(jsonValue(name) + QStringLiteral(": ") + jsonValue(value));
-    return members;
+JsonObjectText jsonObject(const ShownRecord& record) {
+    JsonObjectText object;
+    for (const auto& [name, value] : record) object.add(name, jsonValueOf(value));
+    return object;
 }
 
-QString jsonObject(const QStringList& members) {
-    return QStringLiteral("{%1}").arg(members.join(QStringLiteral(", ")));
+// A section's name as a JSON member: lower camel case, "other response" is "otherResponse".
+QString jsonKey(const QString& sectionName) {
+    QStringList words = sectionName.split(QLatin1Char(' '));
+    for (qsizetype i = 1; i < words.size(); ++i) words[i][0] = words[i][0].toUpper();
+    return words.join(QString());
 }
 
-// The record's members in its order, then one member per section.
-void printJson(const Shown& shown) {
-    QStringList members = jsonMembers(shown.record);
+// The record's members in its order, then one member per section, then the reports.
+void printJson(const Shown& shown, const QList<ErrorReport>& reports) {
+    JsonObjectText object = jsonObject(shown.record);
     for (const ShownSection& section : shown.sections) {
-        const QString value = section.values.isEmpty() ? jsonText(section.json)
-                                                       : jsonObject(jsonMembers(section.values));
-        members.append(jsonValue(section.name) + QStringLiteral(": ") + value);
+        if (section.values.isEmpty()) {
+            object.add(jsonKey(section.name), section.json);
+        } else {
+            object.add(jsonKey(section.name), jsonObject(section.values));
+        }
     }
-    std::printf("%s\n", qPrintable(jsonObject(members)));
+    object.add(QStringLiteral("reports"), reportsJson(reports));
+    printJson(object);
 }
 
-struct ShowOptions {
-    const ShowKind* kind = nullptr;
-    qint32 key = 0;
-    QString database;
-    bool json = false;
-};
-
-std::optional<ShowOptions> parseOptions(QStringList args, QString& problem) {
-    ShowOptions options;
-    const std::optional<QString> database = RecordSession::databaseOption(args, problem);
-    if (!database) return std::nullopt;
-    options.database = *database;
-    options.json = args.removeAll(QStringLiteral("--json")) > 0;
-    if (args.size() != 2) {
-        problem = QStringLiteral("expected a kind and a key");
-        return std::nullopt;
-    }
-    options.kind = kindNamed(args[0]);
-    if (options.kind == nullptr) {
-        problem = QStringLiteral("unknown kind '%1'").arg(args[0]);
-        return std::nullopt;
-    }
-    const std::optional<qint32> key = RecordSession::keyOption(args[1], problem);
-    if (!key) return std::nullopt;
-    options.key = *key;
-    return options;
+void declare(CommandLine& line) {
+    line.addArgument(QStringLiteral("KIND"), QStringLiteral("what kind of record, listed above"));
+    line.addArgument(QStringLiteral("ID"), QStringLiteral("its key"));
+    line.addDatabaseOption();
+    line.addJsonOption();
 }
 
-int runShow(const ShowOptions& options) {
-    RecordSession session(QStringLiteral("show"));
-    const auto connection = session.open(options.database);
+int run(const CommandLine& line) {
+    const ShowKind* kind = kindNamed(line.arguments().at(0));
+    if (kind == nullptr) {
+        return line.usageError(QStringLiteral("unknown kind '%1'").arg(line.arguments().at(0)));
+    }
+    const std::optional<qint32> key = line.key(1);
+    if (!key) return line.usageError(notAKey(line.arguments().at(1)));
+
+    RecordSession session(line);
+    const auto connection = session.open();
     if (!connection) return kExitFailed;
-    const std::optional<Shown> record = options.kind->load(connection, options.key);
-    session.printReports();
+    const std::optional<Shown> record = kind->load(connection, *key);
+    if (!line.json()) session.printReports();
     if (!record) {
-        std::fprintf(stderr, "tvrx show: no %s with %s %d\n", qPrintable(options.kind->name),
-                     qPrintable(options.kind->keyName), options.key);
-        return kExitFailed;
+        return line.failed(
+            QStringLiteral("no %1 with %2 %3").arg(kind->name, kind->keyName).arg(*key));
     }
-    if (options.json) {
-        printJson(*record);
+    if (line.json()) {
+        printJson(*record, session.reports());
     } else {
         printText(*record);
     }
@@ -139,14 +113,8 @@ int runShow(const ShowOptions& options) {
 }  // namespace
 
 Command showCommand() {
-    Command command{
-        QStringLiteral("show"), QStringLiteral("show one record by its key"), usageText(), {}};
-    command.run = [command](const QStringList& args) {
-        QString problem;
-        const std::optional<ShowOptions> options = parseOptions(args, problem);
-        return options ? runShow(*options) : usageError(command, problem);
-    };
-    return command;
+    return {QStringLiteral("show"), QStringLiteral("show one record by its key"), descriptionText(),
+            declare, run};
 }
 
 }  // namespace tvrx::cli

@@ -4,9 +4,9 @@
 #include "records/clsDoc.h"
 #include "records/clsDrug.h"
 #include "records/clsPatient.h"
-#include "session/text/Conversions.h"
 #include "session/data/DbConnection.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
 
 namespace tvrx::cli {
 

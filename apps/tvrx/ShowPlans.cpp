@@ -2,8 +2,8 @@
 
 #include "records/PATINS.h"
 #include "records/clsINSURANCE.h"
-#include "session/text/Conversions.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
 
 namespace tvrx::cli {
 

@@ -14,13 +14,16 @@ const std::vector<Command>& commands() {
     return all;
 }
 
-int usageError(const Command& command, const QString& problem) {
-    std::fprintf(stderr, "tvrx %s: %s\nusage: %s\n", qPrintable(command.name), qPrintable(problem),
-                 qPrintable(command.usage));
-    return kExitUsage;
+namespace {
+
+bool isHelp(const QString& argument) {
+    return argument == QLatin1String("--help") || argument == QLatin1String("-h") ||
+           argument == QLatin1String("help");
 }
 
-namespace {
+QStringList wordsOf(const Command& command) {
+    return command.name.split(QLatin1Char(' '));
+}
 
 void printHelp(std::FILE* out) {
     std::fputs(
@@ -29,9 +32,43 @@ void printHelp(std::FILE* out) {
         "commands:\n",
         out);
     for (const auto& command : commands()) {
-        std::fprintf(out, "  %-12s %s\n", qPrintable(command.name), qPrintable(command.synopsis));
+        std::fprintf(out, "  %-14s %s\n", qPrintable(command.name), qPrintable(command.synopsis));
     }
     std::fputs("\n'tvrx <command> --help' shows the usage of one command.\n", out);
+}
+
+// The commands whose name begins with this word and has a second one: "tvrx log rx".
+std::vector<const Command*> groupOf(const QString& word) {
+    std::vector<const Command*> group;
+    for (const auto& command : commands()) {
+        const QStringList words = wordsOf(command);
+        if (words.size() > 1 && words.first() == word) group.push_back(&command);
+    }
+    return group;
+}
+
+// "tvrx log" without one of its sub-commands: they are listed, with their usage lines.
+int groupUsage(const QString& word, const std::vector<const Command*>& group,
+               const QString& given) {
+    const bool help = isHelp(given);
+    std::FILE* out = help ? stdout : stderr;
+    QStringList names;
+    for (const Command* command : group) names.append(wordsOf(*command).at(1));
+    std::fprintf(out, "tvrx %s: expected one of: %s\n", qPrintable(word),
+                 qPrintable(names.join(QStringLiteral(", "))));
+    for (const Command* command : group) {
+        CommandLine line(QStringLiteral("tvrx ") + command->name, command->description);
+        if (command->declare) command->declare(line);
+        std::fprintf(out, "%s\n", qPrintable(line.usageLine()));
+    }
+    return help ? kExitOk : kExitUsage;
+}
+
+int runCommand(const Command& command, const QStringList& arguments) {
+    CommandLine line(QStringLiteral("tvrx ") + command.name, command.description);
+    if (command.declare) command.declare(line);
+    if (const auto exitCode = line.read(arguments)) return *exitCode;
+    return command.run(line);
 }
 
 int run(const QStringList& arguments) {
@@ -39,22 +76,19 @@ int run(const QStringList& arguments) {
         printHelp(stderr);
         return kExitUsage;
     }
-    const QString& name = arguments.first();
-    if (name == QLatin1String("--help") || name == QLatin1String("-h") ||
-        name == QLatin1String("help")) {
+    if (isHelp(arguments.first())) {
         printHelp(stdout);
         return kExitOk;
     }
     for (const auto& command : commands()) {
-        if (command.name != name) continue;
-        const QStringList rest = arguments.mid(1);
-        if (rest.contains(QStringLiteral("--help"))) {
-            std::printf("usage: %s\n", qPrintable(command.usage));
-            return kExitOk;
+        const QStringList words = wordsOf(command);
+        if (arguments.mid(0, words.size()) == words) {
+            return runCommand(command, arguments.mid(words.size()));
         }
-        return command.run(rest);
     }
-    std::fprintf(stderr, "tvrx: unknown command '%s'\n\n", qPrintable(name));
+    const auto group = groupOf(arguments.first());
+    if (!group.empty()) return groupUsage(arguments.first(), group, arguments.value(1));
+    std::fprintf(stderr, "tvrx: unknown command '%s'\n\n", qPrintable(arguments.first()));
     printHelp(stderr);
     return kExitUsage;
 }

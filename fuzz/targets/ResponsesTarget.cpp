@@ -5,10 +5,10 @@
 #include "responses/clsClaimResponse.h"
 #include "session/data/Connections.h"
 #include "session/data/DbConnection.h"
-#include "session/text/Encodings.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/ScriptedUserInteraction.h"
 #include "session/runtime/Session.h"
+#include "session/text/Encodings.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,9 +1,9 @@
 #include "session/data/Catalogue.h"
 
 #include "session/data/DbConnection.h"
+#include "session/data/Procedures.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
-#include "session/data/Procedures.h"
 
 namespace tvrx {
 

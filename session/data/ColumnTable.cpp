@@ -1,11 +1,11 @@
 #include "session/data/ColumnTable.h"
 
 #include "session/data/BoundText.h"
-#include "session/text/Conversions.h"
 #include "session/data/Dialect.h"
-#include "session/text/Encodings.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
+#include "session/text/Conversions.h"
+#include "session/text/Encodings.h"
 
 #include <QtGlobal>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "session/runtime/Frame.h"
 #include "session/data/RecordSet.h"
+#include "session/runtime/Frame.h"
 
 #include <QDateTime>
 #include <QString>

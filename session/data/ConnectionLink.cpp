@@ -1,8 +1,8 @@
 #include "session/data/ConnectionLink.h"
 
+#include "session/data/TableRegistry.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
-#include "session/data/TableRegistry.h"
 
 #include <QAtomicInteger>
 #include <QRegularExpression>

@@ -1,8 +1,8 @@
 #include "session/data/Connections.h"
 
-#include "session/runtime/AppConfig.h"
 #include "session/data/Catalogue.h"
 #include "session/data/DbConnection.h"
+#include "session/runtime/AppConfig.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/ErrorReporter.h"
 #include "session/runtime/Failure.h"

@@ -2,10 +2,10 @@
 
 #include "session/data/DbConnection.h"
 #include "session/data/EmbeddedFiles.h"
-#include "session/runtime/ErrorNumbers.h"
-#include "session/runtime/Failure.h"
 #include "session/data/Schema.h"
 #include "session/data/TabSeparated.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
 
 #include <QVariantList>
 

@@ -2,9 +2,9 @@
 
 #include "session/data/DbConnection.h"
 #include "session/data/EmbeddedFiles.h"
+#include "session/data/TableRegistry.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
-#include "session/data/TableRegistry.h"
 
 #include <QRegularExpression>
 #include <QSqlDatabase>

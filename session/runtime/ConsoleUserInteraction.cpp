@@ -35,10 +35,14 @@ ConsoleUserInteraction::ConsoleUserInteraction(std::FILE* in, std::FILE* out)
 
 bool ConsoleUserInteraction::addAnswersFromFile(const QString& path) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) return false;
-    QTextStream stream(&file);
-    while (!stream.atEnd()) prepared_.push_back(stream.readLine());
+    if (!file.open(QIODevice::ReadOnly)) return false;
+    addAnswersFromText(QString::fromUtf8(file.readAll()));
     return true;
+}
+
+void ConsoleUserInteraction::addAnswersFromText(QString text) {
+    QTextStream stream(&text, QIODevice::ReadOnly);
+    while (!stream.atEnd()) prepared_.push_back(stream.readLine());
 }
 
 void ConsoleUserInteraction::say(const QString& text) {

@@ -20,6 +20,8 @@ public:
     void addAnswer(const QString& answer) { prepared_.push_back(answer); }
     // One answer per line; returns false when the file cannot be read.
     bool addAnswersFromFile(const QString& path);
+    // One answer per line of the text.
+    void addAnswersFromText(QString text);
     // Whether to read a typed answer; off for a stream that is not a terminal.
     void setInteractive(bool interactive) { interactive_ = interactive; }
 

@@ -1,9 +1,9 @@
 #include "session/text/Encodings.h"
 
-#include "session/text/Conversions.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
 
 #include <QStringView>
 

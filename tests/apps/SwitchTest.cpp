@@ -135,7 +135,10 @@ TEST_F(SwitchTest, TvrxExchangePrintsTheAnswerOrWithdrawsOnCtrlC) {
     {
         RunningSwitch running(directory(), rules());
         ASSERT_TRUE(running.started());
-        tvrx.start(kTvrx, {"exchange", "--dir", directory(), claim});
+        // The claim comes from standard input this time.
+        tvrx.start(kTvrx, {"exchange", "--dir", directory(), "-"});
+        tvrx.write("<STX>610066<FS>C2PAYME\n<FS>D2000003\n");
+        tvrx.closeWriteChannel();
         ASSERT_TRUE(tvrx.waitForFinished(kWaitMs));
         EXPECT_EQ(tvrx.exitCode(), 0) << tvrx.readAllStandardError().toStdString();
         EXPECT_EQ(QString::fromUtf8(tvrx.readAllStandardOutput()), kPaid + QLatin1Char('\n'));
@@ -183,7 +186,7 @@ TEST_F(SwitchTest, ProgramsRefuseWhatCannotServe) {
          {"exchange", "--dir", directory(), prepared("bad.txt")},
          1,
          "bad.txt: position 4: unknown tag <FOO>"},
-        {kTvrx, {"exchange", "--dir", directory()}, 2, "which claim file?"},
+        {kTvrx, {"exchange", "--dir", directory()}, 2, "missing FILE"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.args.join(QLatin1Char(' ')).toStdString());

@@ -1,6 +1,6 @@
 #include "claims/Wrapper.h"
-#include "session/runtime/AppConfig.h"
 #include "session/data/DbConnection.h"
+#include "session/runtime/AppConfig.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Session.h"
 #include "support/ExchangeFixture.h"

@@ -1,8 +1,8 @@
 #include "records/PATINS.h"
 
 #include "records/PlanFixture.h"
-#include "session/text/Conversions.h"
 #include "session/runtime/ErrorNumbers.h"
+#include "session/text/Conversions.h"
 
 namespace tvrx {
 namespace {

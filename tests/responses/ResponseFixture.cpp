@@ -1,9 +1,9 @@
 #include "responses/ResponseFixture.h"
 
 #include "responses/ResponseJson.h"
-#include "session/text/ClaimNotation.h"
 #include "session/data/Connections.h"
 #include "session/data/DbConnection.h"
+#include "session/text/ClaimNotation.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -25,14 +25,16 @@ inline bool programBuilt() {
     return QFileInfo(kTvrxProgram).isExecutable();
 }
 
-// Runs tvrx with no input and TVRX_DB set to database (unset when empty).
-inline ProgramRun runTvrx(const QStringList& args, const QString& database = {}) {
+// Runs tvrx with input on its standard input and TVRX_DB set to database (unset when empty).
+inline ProgramRun runTvrx(const QStringList& args, const QString& database = {},
+                          const QByteArray& input = {}) {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("TVRX_DB"));
     if (!database.isEmpty()) environment.insert(QStringLiteral("TVRX_DB"), database);
     process.setProcessEnvironment(environment);
     process.start(kTvrxProgram, args);
+    process.write(input);
     process.closeWriteChannel();
     process.waitForFinished(120000);
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,

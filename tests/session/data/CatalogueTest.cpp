@@ -1,6 +1,6 @@
 #include "session/data/Catalogue.h"
-#include "session/runtime/ErrorNumbers.h"
 #include "session/data/Procedures.h"
+#include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Session.h"
 #include "support/DatabaseFixture.h"
 

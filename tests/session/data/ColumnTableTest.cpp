@@ -1,7 +1,7 @@
 #include "session/data/ColumnTable.h"
 
-#include "session/text/Conversions.h"
 #include "session/runtime/ErrorNumbers.h"
+#include "session/text/Conversions.h"
 #include "support/DatabaseFixture.h"
 
 namespace tvrx {

@@ -1,6 +1,6 @@
-#include "session/runtime/AppConfig.h"
 #include "session/data/Catalogue.h"
 #include "session/data/Connections.h"
+#include "session/runtime/AppConfig.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Session.h"
 #include "support/DatabaseFixture.h"

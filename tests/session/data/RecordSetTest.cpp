@@ -1,5 +1,5 @@
-#include "session/runtime/ErrorNumbers.h"
 #include "session/data/TableRegistry.h"
+#include "session/runtime/ErrorNumbers.h"
 #include "support/DatabaseFixture.h"
 
 namespace tvrx {

@@ -1,5 +1,5 @@
-#include "session/runtime/Failure.h"
 #include "session/data/Schema.h"
+#include "session/runtime/Failure.h"
 #include "support/DataRows.h"
 #include "support/SchemaFixture.h"
 
