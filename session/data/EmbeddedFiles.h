@@ -17,4 +17,7 @@ std::span<const EmbeddedFile> schemaMigrationFiles();
 // The sample pharmacy (db/sample): one tab-separated file per table.
 std::span<const EmbeddedFile> samplePharmacyFiles();
 
+// The demonstration clinical knowledge (db/reference/clinical_*.tsv).
+std::span<const EmbeddedFile> clinicalReferenceFiles();
+
 }  // namespace tvrx

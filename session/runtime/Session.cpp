@@ -19,6 +19,9 @@ thread_local std::shared_ptr<Clock> ClockService;
 thread_local std::shared_ptr<TransmitFace> TransmitService;
 thread_local std::shared_ptr<PreviewFace> PreviewService;
 thread_local std::function<std::shared_ptr<PageDocument>()> DocumentFactory;
+thread_local std::function<std::shared_ptr<InteractionScreen>()> InteractionScreenFactory;
+thread_local std::function<std::shared_ptr<AllergyScreen>()> AllergyScreenFactory;
+thread_local std::function<std::shared_ptr<RXImage>()> ScannerFactory;
 
 namespace {
 
@@ -71,6 +74,9 @@ void resetSession() {
     TransmitService.reset();
     PreviewService.reset();
     DocumentFactory = nullptr;
+    InteractionScreenFactory = nullptr;
+    AllergyScreenFactory = nullptr;
+    ScannerFactory = nullptr;
 }
 
 }  // namespace tvrx::mdlMain

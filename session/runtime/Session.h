@@ -10,9 +10,12 @@ namespace tvrx {
 class Catalogue;
 class Clock;
 class DbConnection;
+class AllergyScreen;
 class ErrorReporter;
+class InteractionScreen;
 class PageDocument;
 class PreviewFace;
+class RXImage;
 class TransmitFace;
 class UserInteraction;
 
@@ -44,6 +47,11 @@ extern thread_local std::shared_ptr<PreviewFace> PreviewService;
 // kinds. Each part that uses one says what it makes when none is installed.
 // Page documents for reports.
 extern thread_local std::function<std::shared_ptr<PageDocument>()> DocumentFactory;
+// The clinical screening of a fill against the patient's other fills and allergies.
+extern thread_local std::function<std::shared_ptr<InteractionScreen>()> InteractionScreenFactory;
+extern thread_local std::function<std::shared_ptr<AllergyScreen>()> AllergyScreenFactory;
+// The store of scanned prescription images.
+extern thread_local std::function<std::shared_ptr<RXImage>()> ScannerFactory;
 
 // The catalogue deMain, created on first use.
 Catalogue& catalogue();
