@@ -45,10 +45,7 @@ void labelled(PageDocument& document, const QString& label, const QString& text)
 
 // The label of the description follows the bold heading without a change of weight; the
 // colour a severity sets stays for the lines after it.
-void drawInteractionReport(PageDocument& document, const InteractionResult& result,
-                           const QString& device) {
-    document.setDevice(device);
-    document.StartDoc();
+void drawInteractionFinding(PageDocument& document, const InteractionResult& result) {
     document.setFontBold(true);
     document.setFontSize(14);
     document.setTextColor(kRed);
@@ -68,6 +65,13 @@ void drawInteractionReport(PageDocument& document, const InteractionResult& resu
     labelled(document, QStringLiteral("EFFECTS: "), conv::Trim(result.Effects) + kBreak);
     labelled(document, QStringLiteral("MANAGEMENT: "), conv::Trim(result.Management) + kBreak);
     labelled(document, QStringLiteral("MECHANISMS: "), conv::Trim(result.Mechanisms) + kBreak);
+}
+
+void drawInteractionReport(PageDocument& document, const InteractionResult& result,
+                           const QString& device) {
+    document.setDevice(device);
+    document.StartDoc();
+    drawInteractionFinding(document, result);
     document.EndDoc();
 }
 
