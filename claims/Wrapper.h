@@ -10,6 +10,8 @@
 namespace tvrx {
 
 class DbConnection;
+class TreeControl;
+class clsClaimResponse;
 
 // The claim of one or more prescriptions: what the host fills, sends through the
 // transmission program, and reads the payer's answer from.
@@ -56,6 +58,16 @@ public:
     // Records a request or a response in table Claims, stamped with the server's time.
     void AddClaimRecord(qint32 RxInfoID, bool Response, bool Reversal, bool OtherIns,
                         const QString& ClaimText, const QString& HeaderText);
+
+    // Shows on the host's tree what each payer answered for each prescription: a root per
+    // payer, the status, the amounts or the rejects, the messages and the DUR findings.
+    // The screen's pointer is an hourglass meanwhile. (responses/ResultTree.cpp)
+    void BuildTree(TreeControl& SSTree1);
+    // Adds the DUR findings of CurrentResponse under the node "DURINFO" + sKey; with
+    // UpdateDB, the prescription at position nCount takes the first finding's code as its
+    // DURConflict.
+    void ParseDUR(TreeControl& SSTree1, qint16& nCount, const QString& sKey,
+                  clsClaimResponse& CurrentResponse, bool UpdateDB = false);
 
 private:
     std::shared_ptr<tvrx::colRX> colRX_;

@@ -51,12 +51,9 @@ private:
     QSqlQuery newQuery() const;
     QSqlQuery& preparedQuery(const QString& sql);
     void requireUsable();
-    void takeInjectedFailure();
-    [[noreturn]] void raise(const QSqlError& error);
+    void takeInjectedFailure(const QString& sql);
+    [[noreturn]] void raise(const QSqlError& error, const QString& sql);
     bool linkIsDown() const;
-    void openSqlite(const QString& path);
-    void openPostgres(const QString& url);
-    void afterOpen();
     void readRows(QSqlQuery& query, RecordSet& result);
 
     QString connectionString_;

@@ -1,5 +1,7 @@
 #include "session/data/Dialect.h"
 
+#include "session/data/DatabaseProduct.h"
+
 #include <array>
 
 namespace tvrx {
@@ -30,6 +32,17 @@ constexpr std::array kTypeTokens{
 const QString kDateTimeFormat = QStringLiteral("yyyy-MM-dd HH:mm:ss");
 
 }  // namespace
+
+Dialect Dialect::forConnectionString(const QString& text) {
+    const QString trimmed = text.trimmed();
+    const bool postgres = trimmed.startsWith(QLatin1String("postgresql://"), Qt::CaseInsensitive) ||
+                          trimmed.startsWith(QLatin1String("postgres://"), Qt::CaseInsensitive);
+    return Dialect(postgres ? Backend::PostgreSQL : Backend::SQLite);
+}
+
+const DatabaseProduct& Dialect::product() const {
+    return backend_ == Backend::PostgreSQL ? postgresProduct() : sqliteProduct();
+}
 
 QString Dialect::name() const {
     return backend_ == Backend::PostgreSQL ? QStringLiteral("PostgreSQL")

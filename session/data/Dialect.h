@@ -6,6 +6,8 @@
 
 namespace tvrx {
 
+class DatabaseProduct;
+
 // The database products the pharmacy's data can live in.
 enum class Backend { SQLite, PostgreSQL };
 
@@ -33,9 +35,15 @@ enum class Backend { SQLite, PostgreSQL };
 class Dialect {
 public:
     explicit Dialect(Backend backend) : backend_(backend) {}
+    // The back end a connection string names: PostgreSQL for a postgresql:// or
+    // postgres:// URL, SQLite for anything else.
+    static Dialect forConnectionString(const QString& text);
 
     Backend backend() const { return backend_; }
     QString name() const;
+    // How a connection opens, sets up, reads and fails on this back end
+    // (session/data/DatabaseProduct.h).
+    const DatabaseProduct& product() const;
 
     // The database's local date and time to the second, as an SQL expression.
     QString serverTime() const;

@@ -4,6 +4,7 @@
 #include "session/data/EmbeddedFiles.h"
 #include "session/data/Schema.h"
 #include "session/data/TabSeparated.h"
+#include "session/data/Transaction.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 
@@ -88,7 +89,9 @@ SampleLoad loadSamplePharmacy(DbConnection& connection) {
         result.occupiedTable = file.table;
         return result;
     }
-    runInTransaction(connection, [&] { result.rows = loadAll(connection, files); });
+    Transaction transaction(connection);
+    result.rows = loadAll(connection, files);
+    transaction.commit();
     result.loaded = true;
     return result;
 }

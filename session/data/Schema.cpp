@@ -3,6 +3,7 @@
 #include "session/data/DbConnection.h"
 #include "session/data/EmbeddedFiles.h"
 #include "session/data/TableRegistry.h"
+#include "session/data/Transaction.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 
@@ -77,10 +78,10 @@ void recordVersion(DbConnection& connection, const Migration& migration) {
 
 void applyMigration(DbConnection& connection, const Migration& migration) {
     const QStringList statements = splitStatements(connection.dialect().ddl(migration.text));
-    runInTransaction(connection, [&] {
-        for (const QString& statement : statements) connection.Execute(statement);
-        recordVersion(connection, migration);
-    });
+    Transaction transaction(connection);
+    for (const QString& statement : statements) connection.Execute(statement);
+    recordVersion(connection, migration);
+    transaction.commit();
 }
 
 struct CreatedTable {
@@ -115,21 +116,6 @@ bool hasVersionTable(DbConnection& connection) {
 }
 
 }  // namespace
-
-void runInTransaction(DbConnection& connection, const std::function<void()>& work) {
-    connection.Execute(QStringLiteral("BEGIN"));
-    try {
-        work();
-        connection.Execute(QStringLiteral("COMMIT"));
-    } catch (const Failure&) {
-        try {
-            connection.Execute(QStringLiteral("ROLLBACK"));
-        } catch (const Failure&) {
-            // The link is gone; the server drops the open transaction with it.
-        }
-        throw;
-    }
-}
 
 QStringList splitStatements(const QString& text) {
     QStringList statements;

@@ -5,7 +5,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <vector>
 
 namespace tvrx {
@@ -43,11 +42,6 @@ int schemaVersion(DbConnection& connection);
 
 // The tables the migrations create, in the order they first appear.
 QStringList schemaTables();
-
-// Runs the work in one database transaction: committed when it returns, rolled back when
-// it fails, the failure passed on. For set-up work only (schema, sample); the record
-// classes run their statements one by one.
-void runInTransaction(DbConnection& connection, const std::function<void()>& work);
 
 // Tells the data layer the key column of every table the migrations create, so that an
 // updatable record set that selects no key still finds its rows. applySchema does it; a

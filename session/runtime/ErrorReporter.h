@@ -24,6 +24,12 @@ public:
     virtual void setApplicationPath(const QString& value) = 0;
 };
 
+// The statement of the database failure whose report is being made, while a failure frame
+// calls ReportError; empty for any other failure and outside a report. The interface's
+// arguments are what the host sees and stay as they were; a reporter that keeps more (the
+// error log's line) reads the statement from here.
+QString reportedStatement();
+
 // The store and application properties every reporter keeps, so that a concrete
 // reporter only has to say what it does with a report.
 class ErrorReporterBase : public ErrorReporter {

@@ -18,6 +18,10 @@ public:
     const QString& description() const noexcept { return description_; }
     const QString& source() const noexcept { return source_; }
     qint32 line() const noexcept { return line_; }
+    // The statement a database failure came from, as the program wrote it (its values are
+    // bound, never part of it); empty for any other failure.
+    const QString& statement() const noexcept { return statement_; }
+    void setStatement(QString statement) { statement_ = std::move(statement); }
     const char* what() const noexcept override { return what_.c_str(); }
 
     // The platform's own text for a number ("Overflow", "Type mismatch", ...).
@@ -28,6 +32,7 @@ private:
     QString description_;
     QString source_;
     qint32 line_;
+    QString statement_;
     std::string what_;
 };
 

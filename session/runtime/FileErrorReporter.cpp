@@ -46,6 +46,10 @@ void FileErrorReporter::ReportError(const QString& description, const QString& n
         {QStringLiteral("details"), details},
         {QStringLiteral("flags"), QJsonArray{flag1, flag2, flag3, flag4}},
     };
+    // The statement a database failure came from goes to the log only, beside the
+    // arguments the host sees.
+    const QString statement = reportedStatement();
+    if (!statement.isEmpty()) entry.insert(QStringLiteral("statement"), statement);
     appendLine(QJsonDocument(entry).toJson(QJsonDocument::Compact));
     if (echo_) {
         std::fprintf(stderr, "error: %s: %s %s\n", qPrintable(location), qPrintable(number),

@@ -7,8 +7,20 @@
 
 #include <cstdio>
 #include <exception>
+#include <utility>
 
 namespace tvrx {
+
+namespace {
+
+// The statement of the report in progress on this thread, if it has one.
+thread_local const QString* statementOfReport = nullptr;
+
+}  // namespace
+
+QString reportedStatement() {
+    return statementOfReport != nullptr ? *statementOfReport : QString();
+}
 
 QString Frame::label() const {
     return literalLabel_ != nullptr ? QString::fromLatin1(literalLabel_) : label_;
@@ -28,18 +40,19 @@ void Frame::handleCurrentFailure() noexcept {
     try {
         throw;
     } catch (const Failure& failure) {
-        handle(failure.number(), failure.description(), failure.source(), failure.line());
+        handle(failure.number(), failure.description(), failure.source(), failure.line(),
+               failure.statement());
     } catch (const std::bad_alloc&) {
-        handle(err::OutOfMemory, Failure::standardDescription(err::OutOfMemory), {}, 0);
+        handle(err::OutOfMemory, Failure::standardDescription(err::OutOfMemory), {}, 0, {});
     } catch (const std::exception& other) {
-        handle(err::InternalError, QString::fromLocal8Bit(other.what()), {}, 0);
+        handle(err::InternalError, QString::fromLocal8Bit(other.what()), {}, 0, {});
     } catch (...) {
-        handle(err::InternalError, Failure::standardDescription(err::InternalError), {}, 0);
+        handle(err::InternalError, Failure::standardDescription(err::InternalError), {}, 0, {});
     }
 }
 
-void Frame::handle(long number, const QString& description, const QString& source,
-                   qint32 line) noexcept {
+void Frame::handle(long number, const QString& description, const QString& source, qint32 line,
+                   const QString& statement) noexcept {
     ++failures_;
     lastNumber_ = number;
     for (const auto& special : specials_) {
@@ -75,11 +88,13 @@ void Frame::handle(long number, const QString& description, const QString& sourc
         }
     }
     reportFailure(description, number, source.isEmpty() ? QStringLiteral("TVRX1") : source, line,
-                  label(), details);
+                  label(), details, statement);
 }
 
 void reportFailure(const QString& description, long number, const QString& source, qint32 line,
-                   const QString& location, const QString& details) noexcept {
+                   const QString& location, const QString& details,
+                   const QString& statement) noexcept {
+    const QString* outer = std::exchange(statementOfReport, &statement);
     try {
         mdlMain::reporter().ReportError(description, QString::number(number), source, line,
                                         location, details, true, false, true, true);
@@ -88,6 +103,7 @@ void reportFailure(const QString& description, long number, const QString& sourc
         std::fprintf(stderr, "%s: %ld %s (the error report itself failed)\n", qPrintable(location),
                      number, qPrintable(description));
     }
+    statementOfReport = outer;
 }
 
 }  // namespace tvrx

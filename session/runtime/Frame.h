@@ -61,8 +61,8 @@ private:
     };
 
     void handleCurrentFailure() noexcept;
-    void handle(long number, const QString& description, const QString& source,
-                qint32 line) noexcept;
+    void handle(long number, const QString& description, const QString& source, qint32 line,
+                const QString& statement) noexcept;
 
     const char* literalLabel_ = nullptr;
     QString label_;
@@ -73,8 +73,10 @@ private:
     long lastNumber_ = 0;
 };
 
-// Sends one report with the standard flags to the session's reporter.
+// Sends one report with the standard flags to the session's reporter; the statement of a
+// database failure is offered to it as reportedStatement() meanwhile.
 void reportFailure(const QString& description, long number, const QString& source, qint32 line,
-                   const QString& location, const QString& details = {}) noexcept;
+                   const QString& location, const QString& details = {},
+                   const QString& statement = {}) noexcept;
 
 }  // namespace tvrx

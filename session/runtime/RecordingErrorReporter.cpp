@@ -6,8 +6,8 @@ void RecordingErrorReporter::ReportError(const QString& description, const QStri
                                          const QString& source, qint32 line,
                                          const QString& location, const QString& details,
                                          bool flag1, bool flag2, bool flag3, bool flag4) {
-    reports_.append(
-        {description, number, source, line, location, details, flag1, flag2, flag3, flag4});
+    reports_.append({description, number, source, line, location, details, flag1, flag2, flag3,
+                     flag4, reportedStatement()});
 }
 
 void RecordingErrorReporter::setStoreName(const QString& value) {

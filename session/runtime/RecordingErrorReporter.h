@@ -19,6 +19,7 @@ struct ErrorReport {
     bool flag2 = false;
     bool flag3 = false;
     bool flag4 = false;
+    QString statement;  // reportedStatement() during the report
 };
 
 // Keeps every report and every property assignment in order, for tests and for hosts

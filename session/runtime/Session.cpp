@@ -1,6 +1,7 @@
 #include "session/runtime/Session.h"
 
 #include "session/data/Catalogue.h"
+#include "session/runtime/BusyPointer.h"
 #include "session/runtime/Clock.h"
 #include "session/runtime/ConsoleUserInteraction.h"
 #include "session/runtime/FileErrorReporter.h"
@@ -22,6 +23,7 @@ thread_local std::function<std::shared_ptr<PageDocument>()> DocumentFactory;
 thread_local std::function<std::shared_ptr<InteractionScreen>()> InteractionScreenFactory;
 thread_local std::function<std::shared_ptr<AllergyScreen>()> AllergyScreenFactory;
 thread_local std::function<std::shared_ptr<RXImage>()> ScannerFactory;
+thread_local std::shared_ptr<BusyPointer> PointerService;
 
 namespace {
 
@@ -77,6 +79,7 @@ void resetSession() {
     InteractionScreenFactory = nullptr;
     AllergyScreenFactory = nullptr;
     ScannerFactory = nullptr;
+    PointerService.reset();
 }
 
 }  // namespace tvrx::mdlMain

@@ -7,6 +7,7 @@
 
 namespace tvrx {
 
+class BusyPointer;
 class Catalogue;
 class Clock;
 class DbConnection;
@@ -52,6 +53,8 @@ extern thread_local std::function<std::shared_ptr<InteractionScreen>()> Interact
 extern thread_local std::function<std::shared_ptr<AllergyScreen>()> AllergyScreenFactory;
 // The store of scanned prescription images.
 extern thread_local std::function<std::shared_ptr<RXImage>()> ScannerFactory;
+// The screen's pointer (hourglass while the result tree fills).
+extern thread_local std::shared_ptr<BusyPointer> PointerService;
 
 // The catalogue deMain, created on first use.
 Catalogue& catalogue();

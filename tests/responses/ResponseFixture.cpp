@@ -49,7 +49,11 @@ QString ResponseFixture::lookupPath() const {
 }
 
 void ResponseFixture::writeLookup(const QList<RejectRow>& rows, bool withRejectTable) {
-    DbConnection build(lookupPath());
+    writeLookupFile(lookupPath(), rows, withRejectTable);
+}
+
+void writeLookupFile(const QString& path, const QList<RejectRow>& rows, bool withRejectTable) {
+    DbConnection build(path);
     build.Open();
     build.Execute(QStringLiteral("PRAGMA journal_mode=DELETE"));
     build.Execute(QStringLiteral("PRAGMA synchronous=OFF"));

@@ -27,6 +27,11 @@ struct RejectRow {
 // description, a second row for a code already listed, and a row without a code.
 QList<RejectRow> testRejectRows();
 
+// Writes a lookup database at path: an empty Conflict table, and a Reject table with these
+// rows unless withRejectTable is false.
+void writeLookupFile(const QString& path, const QList<RejectRow>& rows,
+                     bool withRejectTable = true);
+
 // A session whose lookup database is a file the test made, in a folder of its own that
 // AppConfig::LibraryFolder points to for the length of the test.
 class ResponseFixture : public SessionFixture {

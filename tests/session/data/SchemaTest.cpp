@@ -50,19 +50,6 @@ TEST_P(SchemaTest, MigrationsApplyOnAnEmptyDatabaseAndASecondRunChangesNothing) 
     EXPECT_EQ(schemaVersion(*db), first.versionAfter);
 }
 
-TEST_P(SchemaTest, AFailedTransactionLeavesNothingBehind) {
-    const auto step = caught([&] {
-        runInTransaction(*db, [&] {
-            db->Execute(db->dialect().ddl("CREATE TABLE Half (HalfID @KEY@)"));
-            db->Execute("INSERT INTO Half DEFAULT VALUES");
-            db->Execute("INSERT INTO NoSuchTable DEFAULT VALUES");
-        });
-    });
-    EXPECT_NE(step.number, 0);
-    EXPECT_NE(caught([&] { db->Scalar("SELECT COUNT(*) FROM Half"); }).number, 0)
-        << "the table made inside the failed transaction is still there";
-}
-
 TEST_P(SchemaColumnsTest, EveryNamedTableHasTheNamedColumns) {
     const QList<test::DataRow> named = test::dataRows("record-columns.tsv");
     for (const test::DataRow& row : named) {

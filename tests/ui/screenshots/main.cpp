@@ -1,12 +1,16 @@
-// Draws the error screen, the choice dialog, the transmit wait and the report preview off
-// screen and saves them as PNG pictures in the folder given, for the documentation.
+// Draws the error screen, the choice dialog, the transmit wait, the claim result tree and
+// the report preview off screen and saves them as PNG pictures in the folder given, for the
+// documentation.
 #include "prescription/DemoScreening.h"
 #include "prescription/InteractionReport.h"
+#include "support/OutlineReplay.h"
 #include "ui/ChoiceDialog.h"
 #include "ui/ErrorScreen.h"
 #include "ui/PreviewDialog.h"
 #include "ui/QtPrintedDocument.h"
+#include "ui/QtResultTree.h"
 #include "ui/TransmitDialog.h"
+#include "ui/frmClaim.h"
 
 #include <QApplication>
 #include <QDir>
@@ -115,11 +119,21 @@ int main(int argc, char** argv) {
     tvrx::TransmitDialog overtime;
     overtime.showState(form);
 
+    // The tree of a paid claim with its DUR findings, as the core's tests expect it.
+    tvrx::frmClaim claim;
+    claim.resize(560, 620);
+    tvrx::QtResultTree tree(*claim.tree());
+    const bool replayed = tvrx::test::replayOutline(
+        tvrx::test::outlineTreeLines(
+            QStringLiteral(TVRX_SOURCE_DIR "/tests/responses/tree/paid-32.txt")),
+        tree);
+
     const bool ok =
-        save(screen, folder.filePath(QStringLiteral("error-screen.png"))) &&
+        replayed && save(screen, folder.filePath(QStringLiteral("error-screen.png"))) &&
         save(choice, folder.filePath(QStringLiteral("choice-dialog.png"))) &&
         save(waiting, folder.filePath(QStringLiteral("transmit-dialog.png"))) &&
         save(overtime, folder.filePath(QStringLiteral("transmit-dialog-overtime.png"))) &&
+        save(claim, folder.filePath(QStringLiteral("claim-result-tree.png"))) &&
         savePreviews(folder);
     return ok ? 0 : 1;
 }
