@@ -117,18 +117,14 @@ TEST_F(frmPrintTest, ZoomModesOtherThanPercentageDisableThePercentList) {
 // Physical Page turns the view over whatever the box shows; Show Guides follows the box.
 TEST_F(frmPrintTest, TheTwoViewSwitches) {
     auto form = formOf(1);
-    ASSERT_TRUE(form->vp().PhysicalPage());
     form->chkPhysicalPage.Value = 1;
-    form->chkPhysicalPage_Click();
-    EXPECT_FALSE(form->vp().PhysicalPage());
-    form->chkPhysicalPage_Click();
-    EXPECT_TRUE(form->vp().PhysicalPage());
-    form->chkShowGuides.Value = 1;
-    form->chkShowGuides_Click();
-    EXPECT_TRUE(form->vp().ShowGuides());
-    form->chkShowGuides.Value = 0;
-    form->chkShowGuides_Click();
-    EXPECT_FALSE(form->vp().ShowGuides());
+    for (const bool physical : {false, true, false}) {
+        form->chkPhysicalPage_Click();
+        EXPECT_EQ(form->vp().PhysicalPage(), physical);
+        form->chkShowGuides.Value = physical ? 0 : 1;
+        form->chkShowGuides_Click();
+        EXPECT_EQ(form->vp().ShowGuides(), !physical);
+    }
 }
 
 // Print only with a page; Printer Setup opens the dialog in its setup mode; Page Setup does

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QGraphicsView>
 #include <QLabel>
+#include <QMap>
 #include <QPrintPreviewWidget>
 #include <QPushButton>
 #include <QScrollBar>
@@ -46,16 +47,13 @@ protected:
     std::unique_ptr<frmPrint> form;
 };
 
-QString viewModeName(QPrintPreviewWidget::ViewMode mode) {
-    return mode == QPrintPreviewWidget::AllPagesView      ? QStringLiteral("all pages")
-           : mode == QPrintPreviewWidget::FacingPagesView ? QStringLiteral("facing")
-                                                          : QStringLiteral("single");
-}
-
-QString zoomModeName(QPrintPreviewWidget::ZoomMode mode) {
-    return mode == QPrintPreviewWidget::CustomZoom   ? QStringLiteral("custom")
-           : mode == QPrintPreviewWidget::FitToWidth ? QStringLiteral("fit to width")
-                                                     : QStringLiteral("fit in view");
+QString viewName(const QPrintPreviewWidget& preview) {
+    static const QMap<int, QString> views{{QPrintPreviewWidget::AllPagesView, "all pages"},
+                                          {QPrintPreviewWidget::SinglePageView, "single"}};
+    static const QMap<int, QString> zooms{{QPrintPreviewWidget::CustomZoom, "custom"},
+                                          {QPrintPreviewWidget::FitToWidth, "fit to width"},
+                                          {QPrintPreviewWidget::FitInView, "fit in view"}};
+    return views.value(preview.viewMode()) + u'/' + zooms.value(preview.zoomMode());
 }
 
 void choose(QComboBox* list, int index) {
@@ -75,8 +73,7 @@ TEST_F(PreviewDialogTest, EachZoomModeShowsItsViewOfThePages) {
         form->UpdateScroller();
         dialog.showState();
         QApplication::processEvents();
-        EXPECT_EQ(viewModeName(dialog.preview()->viewMode()), row.cells[1]) << row.where;
-        EXPECT_EQ(zoomModeName(dialog.preview()->zoomMode()), row.cells[2]) << row.where;
+        EXPECT_EQ(viewName(*dialog.preview()), row.cells[1] + u'/' + row.cells[2]) << row.where;
         EXPECT_EQ(dialog.preview()->pageCount(), row.cells[3].toInt()) << row.where;
         EXPECT_EQ(dialog.pageLabel()->text(), row.cells[4]) << row.where;
         EXPECT_EQ(dialog.percentList()->isEnabled(), row.cells[5] == u"yes") << row.where;
