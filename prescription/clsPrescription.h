@@ -18,6 +18,9 @@ class clsDrug;
 class clsPatient;
 template <class Record>
 class ColumnTable;
+namespace claims {
+struct StoredTexts;
+}
 
 // How a prescription object came to be loaded; it steers the change log and the fill-mode
 // text. It is never stored.
@@ -43,6 +46,17 @@ public:
     void Update();
     void ClearResponse();
     void ClearOtherResponse();
+
+    // The body of this prescription's claim, after the header, in the layout the plan's
+    // Form picks; empty when the claim must not go out (the user has been told why). With
+    // SendingOther it goes to the patient's other insurance, whose row is read here.
+    // DebugMode silences the box of an other insurance not found. A retail price of 0
+    // becomes the price. (claims/BuildClaim.cpp)
+    QString BuildClaim(RecordSet& rsIns, bool SendingOther = false, bool DebugMode = false);
+    // The whole text of this prescription's reversal, start byte included; empty when the
+    // other insurance is not found or a part of the text failed.
+    // (claims/BuildReverseClaim.cpp)
+    QString BuildReverseClaim(RecordSet& rsIns, bool SendingOther = false);
     void setConnection(std::shared_ptr<DbConnection> connection);
 
     // The primary and the secondary payer's answer to the latest claim; never empty.
@@ -192,6 +206,7 @@ public:
 private:
     friend const ColumnTable<clsPrescription>& prescriptionColumns();
     friend struct PrescriptionLog;
+    friend struct claims::StoredTexts;
 
     void readOriginalFill(Frame& frame, const RecordSet& rs);
     void readOriginalOfRefill(Frame& frame);

@@ -31,9 +31,9 @@ QString systemError(int error) {
 
 }  // namespace
 
-Switch::Switch(QString directory, Rules rules, unsigned responseMode, std::FILE* log)
+Switch::Switch(QString directory, Answering answer, unsigned responseMode, std::FILE* log)
     : directory_(std::move(directory)),
-      rules_(std::move(rules)),
+      answer_(std::move(answer)),
       responseMode_(responseMode),
       log_(log),
       watch_(directory_, isRequest) {}
@@ -71,13 +71,14 @@ void Switch::take(const QString& name) {
     }
     const QByteArray bytes = request.readAll();
     request.close();
-    const Rule& rule = rules_.answerFor(QString::fromLatin1(bytes));
     const QString stem = name.chopped(kRequestExtension.size());
     const QString response = stem + kResponseExtension;
+    Reply reply;
     try {
+        reply = answer_(bytes);
         writeFileAtomically(pathOf(response),
                             pathOf(QLatin1Char('.') + response + kTemporaryExtension),
-                            rule.response.toLatin1(), responseMode_);
+                            reply.response, responseMode_);
     } catch (const Failure& failure) {
         logProblem(QStringLiteral("%1: not answered (%2), kept as %3")
                        .arg(name, failure.description(), collected));
@@ -86,11 +87,10 @@ void Switch::take(const QString& name) {
     if (!QFile::remove(collected)) {
         logProblem(name + QStringLiteral(": answered, but cannot delete ") + collected);
     }
-    logLine(QStringLiteral("%1 (%2 bytes) -> %3 from %4, rule of line %5")
+    logLine(QStringLiteral("%1 (%2 bytes) -> %3 %4")
                 .arg(name)
                 .arg(bytes.size())
-                .arg(response, rule.file)
-                .arg(rule.line));
+                .arg(response, reply.note));
 }
 
 void Switch::logLine(const QString& text) {

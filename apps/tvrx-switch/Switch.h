@@ -1,18 +1,19 @@
 #pragma once
 
-#include "Rules.h"
 #include "claims/DirectoryWatch.h"
 
 #include <QString>
 #include <QTimer>
 
 #include <cstdio>
+#include <functional>
 
 namespace tvrx::sw {
 
 // Stands in for the transmission program: collects each complete request (.clm) that
 // appears in the exchange directory and answers it with a response (.RSP) of the same
-// stem, chosen by the rules.
+// stem, from the answering function (prepared answers chosen by rules, or the payer
+// simulator).
 //
 // A request is collected by renaming it to a hidden name in one step, so a request that
 // the library withdraws at that moment is either collected whole or not at all. The
@@ -21,7 +22,14 @@ namespace tvrx::sw {
 // name and the log says so.
 class Switch {
 public:
-    Switch(QString directory, Rules rules, unsigned responseMode, std::FILE* log);
+    // The response to a request, and what the log line says about it.
+    struct Reply {
+        QByteArray response;
+        QString note;
+    };
+    using Answering = std::function<Reply(const QByteArray& request)>;
+
+    Switch(QString directory, Answering answer, unsigned responseMode, std::FILE* log);
 
     // Answers the requests already waiting, then watches. False when the directory cannot
     // be watched for events; a poll each second finds the requests then.
@@ -34,7 +42,7 @@ private:
     QString pathOf(const QString& name) const;
 
     QString directory_;
-    Rules rules_;
+    Answering answer_;
     unsigned responseMode_;
     std::FILE* log_;
     DirectoryWatch watch_;

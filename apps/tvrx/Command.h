@@ -28,6 +28,8 @@ struct Command {
 const std::vector<Command>& commands();
 
 // Each sub-command file defines one of these.
+Command claimBuildCommand();
+Command claimExplainCommand();
 Command encodeCommand();
 Command exchangeCommand();
 Command initCommand();
@@ -35,6 +37,7 @@ Command logCommand();
 Command planCommand();
 Command showCommand();
 Command decodeCommand();
+Command submitCommand();
 Command screenCommand();
 Command imageCommand();
 

@@ -10,8 +10,9 @@ namespace tvrx::cli {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
-        encodeCommand(), exchangeCommand(), initCommand(),   showCommand(),  logCommand(),
-        planCommand(),   decodeCommand(),   screenCommand(), imageCommand(),
+        encodeCommand(),       exchangeCommand(), initCommand(),   showCommand(),
+        logCommand(),          planCommand(),     decodeCommand(), claimBuildCommand(),
+        claimExplainCommand(), submitCommand(),   screenCommand(), imageCommand(),
     };
     return all;
 }

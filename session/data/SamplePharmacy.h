@@ -17,9 +17,9 @@ struct SampleLoad {
 
 // Loads the sample pharmacy (db/sample) into a database whose schema is in place: a store,
 // its options and pharmacists, a dozen patients with their coverage, prescribers, drugs
-// with dosing times, facilities, three plans, price tables, and a few prescriptions. The
-// rows carry their own keys, so a database that already holds rows in any of these tables
-// is left alone. Everything is loaded in one transaction.
+// with dosing times, facilities, a plan of each claim layout, price tables, and a few
+// prescriptions. The rows carry their own keys, so a database that already holds rows in
+// any of these tables is left alone. Everything is loaded in one transaction.
 SampleLoad loadSamplePharmacy(DbConnection& connection);
 
 // The tables the sample fills, in load order.

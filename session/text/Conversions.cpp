@@ -730,6 +730,31 @@ QString Format(double value, const QString& picture) {
     return out;
 }
 
+std::optional<PictureWhole> PictureWholeOf(double value) {
+    constexpr int kMostWholeDigits = 15;
+    constexpr double kExactWholes = 1e15;
+    if (!std::isfinite(value)) return std::nullopt;
+    const double magnitude = std::fabs(value);
+    // A whole number of up to 15 digits is its own 15-digit text.
+    if (magnitude < kExactWholes && value == std::trunc(value)) {
+        return PictureWhole{value < 0, static_cast<qint64>(magnitude)};
+    }
+    // Below a billion the 15-digit text keeps six decimals or more, so it moves the value
+    // by half a millionth at most: only a fraction that close to a half can round
+    // otherwise than the value itself does.
+    constexpr double kFewWholeDigits = 1e9;
+    constexpr double kNearHalf = 1e-6;
+    const double fraction = magnitude - std::floor(magnitude);
+    if (magnitude < kFewWholeDigits && std::fabs(fraction - 0.5) > kNearHalf) {
+        return PictureWhole{value < 0, static_cast<qint64>(std::floor(magnitude + 0.5))};
+    }
+    const DecimalDigits d = roundedAwayFromZero(significantDigits(value), 0);
+    if (d.integerDigits() > kMostWholeDigits) return std::nullopt;
+    PictureWhole shown{d.negative, 0};
+    for (int i = 0; i < d.integerDigits(); ++i) shown.whole = shown.whole * 10 + (d.at(i) - '0');
+    return shown;
+}
+
 QString Trim(const QString& text) {
     const QStringView trimmed = trimBlanks(text);
     return trimmed.size() == text.size() ? text : trimmed.toString();

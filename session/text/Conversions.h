@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <optional>
+
 // The number, date and text conversions every part of the library uses. They behave as
 // the host platform of the original system did, because claim amounts, dates in
 // statements and the values read from columns depend on their exact rules. The table in
@@ -69,6 +71,14 @@ QString NumberTextRTrimmed(double value);
 // pictures "$ #.00", "$ 0.00", "##0.00 %", "#######", and "0.00"-style pictures. The
 // value is rounded on its 15-digit text, so it formats as its NumberText would.
 QString Format(double value, const QString& picture);
+// What a picture of zeros shows of a value, without making the text: its sign and the
+// whole number of its 15-digit text, a tie away from zero (-0.4 shows "-0"). Nothing for a
+// value whose whole number would reach 1e15, where the picture shows more digits.
+struct PictureWhole {
+    bool negative = false;
+    qint64 whole = 0;
+};
+std::optional<PictureWhole> PictureWholeOf(double value);
 // The locale's currency form ("$1,234.50", "($1,234.50)" for negatives).
 QString FormatCurrency(double value);
 

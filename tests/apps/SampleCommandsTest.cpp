@@ -79,9 +79,9 @@ TEST_P(SampleCommandsTest, ShowsTheRecordsAsTheyReadAndAddsPlans) {
         {{"show", "rx", "99", "--db", url}, 1, {}, "tvrx show: no rx with RXInfoID 99\n"},
         {{"plan", "add", "--nabp", "4512345", "--db", url, "--answer", "no"},
          0,
-         {"Plan 4: , "},
+         {"Plan 7: , "},
          "Would you like to use the Insurance lookup feature?\nYes/No [Yes]? no\n"},
-        {{"show", "plan", "4", "--db", url}, 0, {"EA,EB,EW1\n"}, ""},
+        {{"show", "plan", "7", "--db", url}, 0, {"EA,EB,EW1\n"}, ""},
         {{"plan", "add", "--nabp", "4512345", "--bin", "999999", "--pcn", "NONE", "--db", url},
          0,
          {"No plan was created.\n"},
@@ -95,7 +95,7 @@ TEST_P(SampleCommandsTest, ShowsTheRecordsAsTheyReadAndAddsPlans) {
     EXPECT_EQ(runTvrx({"show", "plan", "2"}, url).exitCode, 0) << "the database from TVRX_DB";
     const test::ProgramRun answered =
         runTvrx({"plan", "add", "--nabp", "4512345", "--answers", "-"}, url, "no\n");
-    EXPECT_TRUE(answered.out.contains(QStringLiteral("Plan 5: , "))) << answered.err.toStdString();
+    EXPECT_TRUE(answered.out.contains(QStringLiteral("Plan 8: , "))) << answered.err.toStdString();
 
     const test::ProgramRun json = runTvrx({"show", "rx", "2", "--db", url, "--json"});
     QJsonParseError error;

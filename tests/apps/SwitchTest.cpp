@@ -1,5 +1,7 @@
+#include "support/DataRows.h"
 #include "support/ExchangeFixture.h"
 #include "support/Notation.h"
+#include "support/RunningSwitch.h"
 #include "support/SessionFixture.h"
 #include "support/TvrxProgram.h"
 
@@ -13,11 +15,11 @@
 namespace tvrx {
 namespace {
 
-const QString kSwitch = QStringLiteral(TVRX_BINARY_DIR "/apps/tvrx-switch");
 const QString kTvrx = test::kTvrxProgram;
 const QString kPaid = QStringLiteral("<STX>D0B1<GS><FS>F4CLAIM PAID");
 const QString kRejected = QStringLiteral("<STX>D0B1<GS><FS>FBRJ<FS>F4REJECTED");
-constexpr int kWaitMs = 5000;
+constexpr int kWaitMs = test::kSwitchWaitMs;
+const QString kSwitch = test::kSwitchProgram;
 
 void writeText(const QString& path, const QString& text) {
     QFile file(path);
@@ -29,47 +31,8 @@ QByteArray bytesOf(const QString& notation) {
     return test::notated(notation).toLatin1();
 }
 
-// tvrx-switch running on an exchange directory, its log read line by line.
-class RunningSwitch {
-public:
-    RunningSwitch(const QString& directory, const QString& rules) {
-        process_.start(kSwitch, {"--dir", directory, "--rules", rules});
-        started_ = waitForLine(QStringLiteral("tvrx-switch: watching"));
-    }
-    ~RunningSwitch() {
-        if (process_.state() != QProcess::NotRunning) process_.kill();
-        process_.waitForFinished(kWaitMs);
-    }
-    bool started() const { return started_; }
-
-    // True once the log holds the part the given number of times.
-    bool waitForLine(const QString& part, qsizetype times = 1) {
-        // What an event loop elsewhere already pulled from the pipe waits in the buffer
-        // and raises no further notice, so the buffer is read before each wait.
-        const QDeadlineTimer deadline(kWaitMs);
-        log_ += QString::fromUtf8(process_.readAllStandardOutput());
-        while (log_.count(part) < times) {
-            if (!process_.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) {
-                return false;
-            }
-            log_ += QString::fromUtf8(process_.readAllStandardOutput());
-        }
-        return true;
-    }
-    // Stops the program as a service manager would; its exit code.
-    int stop() {
-        process_.terminate();
-        process_.waitForFinished(kWaitMs);
-        log_ += QString::fromUtf8(process_.readAllStandardOutput());
-        return process_.exitStatus() == QProcess::NormalExit ? process_.exitCode() : -1;
-    }
-    const QString& log() const { return log_; }
-
-private:
-    QProcess process_;
-    QString log_;
-    bool started_ = false;
-};
+const QString kSamplePayers =
+    QStringLiteral(TVRX_SOURCE_DIR "/samples/payers/sample-pharmacy.json");
 
 bool programsBuilt() {
     return QFileInfo(kSwitch).isExecutable() && test::programBuilt();
@@ -99,7 +62,7 @@ private:
 
 TEST_F(SwitchTest, AnswersEachRequestByTheRulesAndStopsCleanly) {
     land(QStringLiteral("03140900.clm"), "waiting before the switch started\x03\r\n");
-    RunningSwitch running(directory(), rules());
+    test::RunningSwitch running({"--dir", directory(), "--rules", rules()});
     ASSERT_TRUE(running.started()) << running.log().toStdString();
     EXPECT_EQ(contents(pathOf(QStringLiteral("03140900.RSP"))), bytesOf(kPaid));
     QFile::remove(pathOf(QStringLiteral("03140900.RSP")));
@@ -133,7 +96,7 @@ TEST_F(SwitchTest, TvrxExchangePrintsTheAnswerOrWithdrawsOnCtrlC) {
     writeText(claim, QStringLiteral("<STX>610066<FS>C2PAYME\n<FS>D2000003\n"));
     QProcess tvrx;
     {
-        RunningSwitch running(directory(), rules());
+        test::RunningSwitch running({"--dir", directory(), "--rules", rules()});
         ASSERT_TRUE(running.started());
         // The claim comes from standard input this time.
         tvrx.start(kTvrx, {"exchange", "--dir", directory(), "-"});
@@ -180,7 +143,23 @@ TEST_F(SwitchTest, ProgramsRefuseWhatCannotServe) {
          1,
          "the last rule must be 'otherwise FILE'"},
         {kSwitch, {"--dir", directory(), "--rules", prepared("bad.txt")}, 1, "line 1: "},
-        {kSwitch, {"--dir", directory()}, 2, "--rules is required"},
+        {kSwitch, {"--dir", directory()}, 2, "give either --payers or --rules"},
+        {kSwitch,
+         {"--dir", directory(), "--rules", rules(), "--payers", file},
+         2,
+         "give either --payers or --rules"},
+        {kSwitch,
+         {"--dir", directory(), "--rules", rules(), "--history", file},
+         2,
+         "--history goes with --payers"},
+        {kSwitch,
+         {"--dir", directory(), "--payers", file, "--date", "20261399"},
+         2,
+         "--date takes a day YYYYMMDD"},
+        {kSwitch,
+         {"--dir", directory(), "--payers", kSamplePayers, "--history", "/proc/none/history.db"},
+         1,
+         "cannot create the history /proc/none/history.db"},
         {kTvrx, {"exchange", "--dir", missing, file}, 1, "does not exist"},
         {kTvrx,
          {"exchange", "--dir", directory(), prepared("bad.txt")},
@@ -198,6 +177,24 @@ TEST_F(SwitchTest, ProgramsRefuseWhatCannotServe) {
         EXPECT_TRUE(error.contains(QString::fromUtf8(c.message))) << error.toStdString();
     }
     EXPECT_EQ(files(), QStringList());
+}
+
+TEST_F(SwitchTest, APayerFileWithAMistakeIsRefusedWithWhereTheMistakeIs) {
+    const QString history = prepared("history.db");
+    for (const test::DataRow& row : test::dataRows(QStringLiteral("payer-file-mistakes.tsv"))) {
+        SCOPED_TRACE(row.where);
+        const QString payers = prepared(QStringLiteral("payers.json"));
+        writeText(payers,
+                  QString(row.cells.at(1)).replace(QLatin1String("\\n"), QLatin1String("\n")));
+        QProcess process;
+        process.start(kSwitch, {"--dir", directory(), "--payers", payers, "--history", history});
+        ASSERT_TRUE(process.waitForFinished(kWaitMs));
+        const QString error = QString::fromUtf8(process.readAllStandardError());
+        EXPECT_EQ(process.exitCode(), 1) << error.toStdString();
+        EXPECT_TRUE(error.contains(payers + QStringLiteral(": ") + row.cells.at(2)))
+            << error.toStdString();
+    }
+    EXPECT_FALSE(QFileInfo::exists(history)) << "refused before the history is made";
 }
 
 }  // namespace

@@ -56,10 +56,14 @@ TEST_P(SamplePharmacyTest, IsASmallConsistentPharmacy) {
          "SELECT COUNT(*) FROM PATIENT p "
          "WHERE EXISTS (SELECT 1 FROM PATINS i WHERE i.PatientID = p.PatientID)",
          12},
-        {"plans in forms 32, 40, 51",
-         "SELECT COUNT(DISTINCT Form) FROM INSURANCE WHERE Form IN ('32', '40', '51')", 3},
+        {"a fill on a plan of every claim layout: 3B, 40, 3C, 32, 51 and another",
+         "SELECT COUNT(DISTINCT s.Form) FROM RXINFO r JOIN INSURANCE s ON s.InsID = r.InsID", 6},
         {"refills", "SELECT COUNT(*) FROM RXINFO WHERE RefillNumber > 0", 4},
         {"one voided fill", "SELECT COUNT(*) FROM RXINFO WHERE Voided <> 0", 1},
+        {"a fill with other coverage, on a coverage of its patient",
+         "SELECT COUNT(*) FROM RXINFO r JOIN PATINS o ON o.PatInsID = r.OPatInsID "
+         "WHERE r.OtherCoverage = '2' AND o.PatientID = r.PatientID",
+         1},
         {"drugs with dosing times",
          "SELECT COUNT(DISTINCT DrugID) FROM DrugTimes WHERE PatientID IS NULL", 4},
         {"price tables without bands",
