@@ -45,9 +45,11 @@ int run(const CommandLine& line) {
     const QString folder = line.isSet(kImages)
                                ? line.value(kImages)
                                : QDir(appConfig().DataFolder).filePath(QStringLiteral("images"));
+    // The image to keep is the one of --set: no one is asked.
     const QString chosen = line.value(kSet);
     setScannerFactory([folder, chosen] {
-        return std::make_shared<RXImageFolder>(folder, [chosen](const QString&) { return chosen; });
+        return std::make_shared<RXImageFolder>(
+            folder, [chosen](const QString&) { return QString(chosen); });
     });
     clsPrescription rx;
     rx.setConnection(connection);
