@@ -234,6 +234,22 @@ public:
     qint32 CopayPT = 0;
     bool Generic = false;
 
+    // ---- Clinical alerts (prescription/ClinicalAlerts.cpp, PrescriptionImage.cpp) -----
+
+    // Screens this fill's drug against the patient's fills of the last ITXLookBack days
+    // (voided and deleted ones too) and shows a printed report per finding, one after
+    // the other. Always false: the findings reach the user as reports.
+    bool Interactions();
+    // Screens the drug against the patient's recorded allergies and shows a
+    // "PATIENT ALLERGY ALERT" box per finding. Always false.
+    bool Allergies();
+    // The scanned image of this prescription number; empty when there is none or when
+    // this machine has no scanning component.
+    QString RXImageFile();
+    // Lets the user scan an image for this prescription number; false when this machine
+    // has no scanning component.
+    bool SetRXImageFile();
+
 private:
     friend const ColumnTable<clsPrescription>& prescriptionColumns();
     friend struct PrescriptionLog;
@@ -283,6 +299,11 @@ private:
     QString m_sLogDoctor;
     QString m_sLogSIG;
     QString m_sLogDrug;
+
+    // The drug both screens are about, as an NDC of digits only.
+    QString currentNdc();
+    // The path of the scanned image, as the scanning component last gave it.
+    QString m_sRXImageFile;
 };
 
 // The fill row's columns (session/data/ColumnTable.h).

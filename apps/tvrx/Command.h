@@ -3,6 +3,7 @@
 #include "common/CommandLine.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <vector>
@@ -18,6 +19,9 @@ struct Command {
     QString description;  // the help under the usage line
     std::function<void(CommandLine& line)> declare;
     std::function<int(const CommandLine& line)> run;
+    // Whether the command lays out text with these arguments (its own, after its name):
+    // the host then runs as a graphical application on the off-screen platform.
+    std::function<bool(const QStringList& arguments)> renders = {};
 };
 
 // Every sub-command the host knows, in the order "--help" lists them.
@@ -37,5 +41,7 @@ Command submitCommand();
 Command priceCommand();
 Command newCommand();
 Command refillCommand();
+Command screenCommand();
+Command imageCommand();
 
 }  // namespace tvrx::cli

@@ -3,8 +3,10 @@
 #include "session/data/Connections.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 
 #include <cstdio>
+#include <memory>
 
 namespace tvrx::cli {
 
@@ -13,7 +15,7 @@ const std::vector<Command>& commands() {
         encodeCommand(),       exchangeCommand(), initCommand(),   showCommand(),
         logCommand(),          planCommand(),     decodeCommand(), claimBuildCommand(),
         claimExplainCommand(), submitCommand(),   priceCommand(),  newCommand(),
-        refillCommand(),
+        refillCommand(),       screenCommand(),   imageCommand(),
     };
     return all;
 }
@@ -108,11 +110,32 @@ void sayWhereTheLookupWasSought() {
         std::fprintf(stderr, "  %s\n", qPrintable(folder));
 }
 
+// Whether the command these arguments name lays out text.
+bool rendersPages(const QStringList& arguments) {
+    for (const auto& command : commands()) {
+        const QStringList words = wordsOf(command);
+        if (arguments.mid(0, words.size()) != words) continue;
+        return command.renders && command.renders(arguments.mid(words.size()));
+    }
+    return false;
+}
+
+// Laying out text takes a graphical application, drawn off screen; the commands that lay
+// out none run without one and need no display at all.
+std::unique_ptr<QCoreApplication> applicationFor(int& argc, char** argv) {
+    QStringList arguments;
+    for (int index = 1; index < argc; ++index)
+        arguments.append(QString::fromLocal8Bit(argv[index]));
+    if (!rendersPages(arguments)) return std::make_unique<QCoreApplication>(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
 }  // namespace
 }  // namespace tvrx::cli
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
+    const auto app = tvrx::cli::applicationFor(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tvrx"));
     try {
         const int exitCode = tvrx::cli::run(QCoreApplication::arguments().mid(1));

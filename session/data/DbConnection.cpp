@@ -2,6 +2,9 @@
 
 #include "session/data/ConnectionLink.h"
 
+#include <QUrl>
+#include <QUrlQuery>
+
 namespace tvrx {
 
 DbConnection::DbConnection() : link_(std::make_shared<ConnectionLink>()) {}
@@ -91,6 +94,15 @@ qint64 DbConnection::openings() const {
 
 void DbConnection::failNextStatement(long number) {
     link_->failNextStatement(number);
+}
+
+QString withoutPassword(const QString& connectionString) {
+    QUrl url(connectionString);
+    if (url.scheme().isEmpty() || !url.isValid()) return connectionString;
+    QUrlQuery query(url);
+    query.removeAllQueryItems(QStringLiteral("password"));
+    url.setQuery(query);
+    return url.toString(QUrl::RemovePassword);
 }
 
 }  // namespace tvrx

@@ -82,4 +82,8 @@ private:
     std::shared_ptr<ConnectionLink> link_;
 };
 
+// The connection string without its password ("postgresql://user@host/db"), for outside
+// components and messages; other strings are given back as they are.
+QString withoutPassword(const QString& connectionString);
+
 }  // namespace tvrx

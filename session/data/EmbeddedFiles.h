@@ -20,5 +20,7 @@ std::span<const EmbeddedFile> samplePharmacyFiles();
 // The alternate price source (db/pricesource): its migrations and its sample price tables.
 std::span<const EmbeddedFile> priceSourceMigrationFiles();
 std::span<const EmbeddedFile> priceSourceSampleFiles();
+// The demonstration clinical knowledge (db/reference/clinical_*.tsv).
+std::span<const EmbeddedFile> clinicalReferenceFiles();
 
 }  // namespace tvrx

@@ -18,6 +18,11 @@ thread_local qint32 FindRefillRxInfoID = 0;
 thread_local std::shared_ptr<UserInteraction> UserService;
 thread_local std::shared_ptr<Clock> ClockService;
 thread_local std::shared_ptr<TransmitFace> TransmitService;
+thread_local std::shared_ptr<PreviewFace> PreviewService;
+thread_local std::function<std::shared_ptr<PageDocument>()> DocumentFactory;
+thread_local std::function<std::shared_ptr<InteractionScreen>()> InteractionScreenFactory;
+thread_local std::function<std::shared_ptr<AllergyScreen>()> AllergyScreenFactory;
+thread_local std::function<std::shared_ptr<RXImage>()> ScannerFactory;
 thread_local std::shared_ptr<BusyPointer> PointerService;
 thread_local ComponentFactory<PlanLookup> PlanLookups;
 
@@ -70,6 +75,11 @@ void resetSession() {
     UserService.reset();
     ClockService.reset();
     TransmitService.reset();
+    PreviewService.reset();
+    DocumentFactory = nullptr;
+    InteractionScreenFactory = nullptr;
+    AllergyScreenFactory = nullptr;
+    ScannerFactory = nullptr;
     PointerService.reset();
     PlanLookups.set(nullptr);
 }

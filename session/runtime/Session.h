@@ -13,8 +13,13 @@ class BusyPointer;
 class Catalogue;
 class Clock;
 class DbConnection;
+class AllergyScreen;
 class ErrorReporter;
 class PlanLookup;
+class InteractionScreen;
+class PageDocument;
+class PreviewFace;
+class RXImage;
 class TransmitFace;
 class UserInteraction;
 
@@ -39,6 +44,18 @@ extern thread_local std::shared_ptr<UserInteraction> UserService;
 extern thread_local std::shared_ptr<Clock> ClockService;
 // How the wait for a payer's response is shown (console, dialog, scripted).
 extern thread_local std::shared_ptr<TransmitFace> TransmitService;
+// How a report's preview is shown (a desktop window, a PDF file, a test's script).
+extern thread_local std::shared_ptr<PreviewFace> PreviewService;
+
+// The outside components the logic makes one of for each use; a host installs its own
+// kinds. Each part that uses one says what it makes when none is installed.
+// Page documents for reports.
+extern thread_local std::function<std::shared_ptr<PageDocument>()> DocumentFactory;
+// The clinical screening of a fill against the patient's other fills and allergies.
+extern thread_local std::function<std::shared_ptr<InteractionScreen>()> InteractionScreenFactory;
+extern thread_local std::function<std::shared_ptr<AllergyScreen>()> AllergyScreenFactory;
+// The store of scanned prescription images.
+extern thread_local std::function<std::shared_ptr<RXImage>()> ScannerFactory;
 // The screen's pointer (hourglass while the result tree fills).
 extern thread_local std::shared_ptr<BusyPointer> PointerService;
 

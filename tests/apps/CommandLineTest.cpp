@@ -6,18 +6,7 @@
 namespace tvrx {
 namespace {
 
-// A piece of output as the data file writes it: "\n" is a line end.
-QString piece(const QString& cell) {
-    return QString(cell).replace(QStringLiteral("\\n"), QStringLiteral("\n"));
-}
-
-void expectPiece(const QString& output, const QString& cell, const std::string& where) {
-    if (cell == QLatin1String("(none)")) {
-        EXPECT_TRUE(output.isEmpty()) << where << "\n" << output.toStdString();
-    } else {
-        EXPECT_TRUE(output.contains(piece(cell))) << where << "\n" << output.toStdString();
-    }
-}
+using test::expectPiece;
 
 QByteArray standardInput(const QString& path) {
     if (path.isEmpty()) return {};

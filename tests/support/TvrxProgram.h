@@ -65,4 +65,15 @@ inline void expectRuns(std::span<const ExpectedRun> runs) {
     }
 }
 
+// A piece of output as the data files write it: "\n" is a line end; "(none)" means that
+// nothing at all is printed.
+inline void expectPiece(const QString& output, const QString& cell, const std::string& where) {
+    if (cell == QLatin1String("(none)")) {
+        EXPECT_TRUE(output.isEmpty()) << where << "\n" << output.toStdString();
+        return;
+    }
+    const QString piece = QString(cell).replace(QStringLiteral("\\n"), QStringLiteral("\n"));
+    EXPECT_TRUE(output.contains(piece)) << where << "\n" << output.toStdString();
+}
+
 }  // namespace tvrx::test

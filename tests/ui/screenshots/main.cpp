@@ -1,9 +1,13 @@
-// Draws the error screen, the choice dialog, the transmit wait and the claim result tree off
-// screen and saves them
-// as PNG pictures in the folder given, for the documentation.
+// Draws the error screen, the choice dialog, the transmit wait, the claim result tree and
+// the report preview off screen and saves them as PNG pictures in the folder given, for the
+// documentation.
+#include "prescription/DemoScreening.h"
+#include "prescription/InteractionReport.h"
 #include "support/OutlineReplay.h"
 #include "ui/ChoiceDialog.h"
 #include "ui/ErrorScreen.h"
+#include "ui/PreviewDialog.h"
+#include "ui/QtPrintedDocument.h"
 #include "ui/QtResultTree.h"
 #include "ui/TransmitDialog.h"
 #include "ui/frmClaim.h"
@@ -22,6 +26,58 @@ bool save(QWidget& widget, const QString& path) {
     const bool saved = widget.grab().save(path);
     std::fprintf(stderr, "%s %s\n", saved ? "saved" : "could not save", qPrintable(path));
     return saved;
+}
+
+// The demonstration engine's findings for pairs of the sample pharmacy and common drugs.
+QList<tvrx::InteractionResult> findings(const QList<QStringList>& pairs) {
+    tvrx::DemoInteractionScreen screen;
+    for (const QStringList& pair : pairs) screen.Submit(pair[0], pair[1], pair[2]);
+    QList<tvrx::InteractionResult> found;
+    for (qint32 index = 1; index <= screen.Count(); ++index) found.append(screen.Item(index));
+    return found;
+}
+
+// The preview of a document in a zoom mode, from a page.
+bool savePreview(tvrx::frmPrint& form, int zoomMode, qint32 page, const QString& path) {
+    form.cmbZoomMode.ListIndex = zoomMode;
+    form.cmbZoomMode_Click();
+    form.vp().setPreviewPage(page);
+    form.UpdateScroller();
+    tvrx::PreviewDialog dialog(form);
+    dialog.resize(900, 720);
+    dialog.showState();
+    return save(dialog, path);
+}
+
+bool savePreviews(const QDir& folder) {
+    const QList<tvrx::InteractionResult> found = findings({
+        {"52864034801", "52864011701",
+         "INTERACTION FOUND FOR RX 100005 FILLED ON 3/2/2026 10:27:30 AM"},
+        {"99999004101", "99999001901",
+         "INTERACTION FOUND FOR RX 100012 FILLED ON 2/27/2026 4:05:12 PM"},
+        {"99999003501", "99999000601",
+         "INTERACTION FOUND FOR RX 100015 FILLED ON 3/1/2026 9:41:55 AM"},
+        {"60731041101", "99999003601",
+         "INTERACTION FOUND FOR RX 100017 FILLED ON 3/4/2026 11:02:40 AM"},
+        {"60731063409", "99999000701",
+         "INTERACTION FOUND FOR RX 100020 FILLED ON 3/9/2026 2:18:07 PM"},
+    });
+    tvrx::frmPrint single(std::make_shared<tvrx::QtPrintedDocument>());
+    tvrx::drawInteractionReport(single.vp(), found.first(), QString());
+    single.Form_Load();
+    // The five findings as one document, a page each.
+    tvrx::frmPrint several(std::make_shared<tvrx::QtPrintedDocument>());
+    several.vp().StartDoc();
+    for (const tvrx::InteractionResult& finding : found) {
+        if (&finding != &found.first()) several.vp().NewPage();
+        tvrx::drawInteractionFinding(several.vp(), finding);
+    }
+    several.vp().EndDoc();
+    several.Form_Load();
+    return savePreview(single, 3, 1, folder.filePath("preview-one-page-whole-page.png")) &&
+           savePreview(single, 4, 1, folder.filePath("preview-one-page-page-width.png")) &&
+           savePreview(several, 2, 2, folder.filePath("preview-five-pages-two-pages.png")) &&
+           savePreview(several, 1, 1, folder.filePath("preview-five-pages-thumbnails.png"));
 }
 
 }  // namespace
@@ -77,6 +133,7 @@ int main(int argc, char** argv) {
         save(choice, folder.filePath(QStringLiteral("choice-dialog.png"))) &&
         save(waiting, folder.filePath(QStringLiteral("transmit-dialog.png"))) &&
         save(overtime, folder.filePath(QStringLiteral("transmit-dialog-overtime.png"))) &&
-        save(claim, folder.filePath(QStringLiteral("claim-result-tree.png")));
+        save(claim, folder.filePath(QStringLiteral("claim-result-tree.png"))) &&
+        savePreviews(folder);
     return ok ? 0 : 1;
 }

@@ -1,0 +1,42 @@
+#include "support/DataRows.h"
+#include "support/DatabaseFixture.h"
+#include "support/TvrxProgram.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace tvrx {
+namespace {
+
+class ScreenCommandTest : public test::DatabaseFixture {};
+
+TEST_P(ScreenCommandTest, ScreensFillsAndKeepsTheirImages) {
+    if (!test::programBuilt()) GTEST_SKIP() << "the command-line host is not built";
+    ASSERT_EQ(test::runTvrx({"init", "--db", connectionString(), "--sample"}).exitCode, 0);
+    QTemporaryDir folder;
+    QFile scan(folder.filePath(QStringLiteral("scan.png")));
+    ASSERT_TRUE(scan.open(QIODevice::WriteOnly));
+    scan.write("scanned");
+    scan.close();
+    for (const test::DataRow& row : test::dataRows(QStringLiteral("screen-commands.tsv"))) {
+        auto filled = [&](QString cell) {
+            return cell.replace(QStringLiteral("$DB"), connectionString())
+                .replace(QStringLiteral("$DIR"), folder.path());
+        };
+        const test::ProgramRun run =
+            test::runTvrx(filled(row.cells[0]).split(u' ', Qt::SkipEmptyParts));
+        EXPECT_EQ(run.exitCode, row.cells[1].toInt()) << row.where << "\n" << run.err.toStdString();
+        for (const QString& piece : row.cells[2].split(QStringLiteral(" | "))) {
+            test::expectPiece(run.out, filled(piece), row.where);
+        }
+        test::expectPiece(run.err, row.cells[3], row.where);
+    }
+    QFile pdf(folder.filePath(QStringLiteral("report-1.pdf")));
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(pdf.read(5) == "%PDF-");
+}
+
+TVRX_BACKENDS(ScreenCommandTest);
+
+}  // namespace
+}  // namespace tvrx
