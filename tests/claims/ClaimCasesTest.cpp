@@ -2,6 +2,7 @@
 #include "claims/PlanRows.h"
 #include "claims/Wrapper.h"
 #include "prescription/clsPrescription.h"
+#include "records/clsPatient.h"
 #include "session/data/DbConnection.h"
 #include "session/data/MainConnection.h"
 #include "session/data/SamplePharmacy.h"
@@ -35,7 +36,8 @@ using Kind = ScriptedUserInteraction::Kind;
 //   "answers": ["Yes", "No"] (otherwise OK to each box)   "expect": [text pieces in notation]
 //   "boxes": ["text | buttons | icon | default | title"]   "reports": ["label number"]
 //   "host": {"Price": -1} amounts the host sets on the prescription after reading it (a
-//   negative stored amount does not read)      "retail": its RetailPrice afterwards
+//   negative stored amount does not read); {"Birthdate": null} leaves the patient's
+//   birthdate without a date      "retail": its RetailPrice afterwards
 class ClaimCasesTest : public test::SchemaFixture {
 protected:
     void SetUp() override {
@@ -139,6 +141,10 @@ private:
                 const auto item = i == 0 ? wrapper.colRX()->Item(1) : wrapper.colRX()->Add();
                 item->RXInfoID = ids.at(i).toInt();
                 item->GetData();
+            }
+            // A host may leave the patient's birthdate without a date.
+            if (data.value("host").toObject().contains("Birthdate")) {
+                wrapper.colRX()->Item(1)->PatientClass()->Birthdate = QDateTime();
             }
             PlanRows rows = planRows(data, wrapper.colRX()->Item(1)->PatInsID);
             return {wrapper.BuildHeader(rows.rsPatIns, rows.rsIns, other, debug)};
