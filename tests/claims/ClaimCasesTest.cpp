@@ -17,6 +17,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <cmath>
+
 namespace tvrx {
 namespace {
 
@@ -57,7 +59,7 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << fileName.toStdString();
         const QJsonArray cases = QJsonDocument::fromJson(file.readAll()).array();
         ASSERT_FALSE(cases.isEmpty()) << fileName.toStdString();
-        for (const QJsonValue& entry : cases) runCase(entry.toObject());
+        for (const auto& entry : cases) runCase(entry.toObject());
     }
 
     static std::unique_ptr<clsPrescription> loaded(qint32 id) {
@@ -81,8 +83,9 @@ private:
     // A JSON value as the database takes it: null is NULL, a whole number an integer.
     static QVariant bound(const QJsonValue& value) {
         if (value.isNull()) return {};
-        if (value.isDouble() && value.toDouble() == static_cast<qint64>(value.toDouble())) {
-            return QVariant(static_cast<qlonglong>(value.toDouble()));
+        const double number = value.toDouble();
+        if (value.isDouble() && number == std::trunc(number)) {
+            return QVariant(static_cast<qlonglong>(number));
         }
         return value.toVariant();
     }
