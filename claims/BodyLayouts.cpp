@@ -87,7 +87,6 @@ constexpr Field kNoDiagnosis = literal("DO", "      ", "Diagnosis code");
 constexpr Field kNoCopay = literal("DX", "000000", "Patient paid amount");
 constexpr Field kPrimaryPrescriber = fill("DL", "Primary prescriber", V::DoctorNumber, 10);
 constexpr Field kClinic = literal("DM", "00000", "Clinic ID");
-constexpr Field kLastName = fill("DR", "Prescriber last name", V::DoctorLastName, 15);
 
 // The fields of "32" and of the default layout; "32" adds three by the plan's switches.
 constexpr std::array kFields32{

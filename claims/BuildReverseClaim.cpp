@@ -21,7 +21,7 @@ constexpr qsizetype kProductLength = 11;
 // The product number without its hyphens: "12345-6789-01" is cut by position into
 // "12345678901", whatever the text holds.
 QString reversalProduct(const QString& dispensed) {
-    const QString trimmed = conv::Trim(dispensed);
+    QString trimmed = conv::Trim(dispensed);
     if (trimmed.isEmpty()) return {};
     if (trimmed.size() == kProductLength) return trimmed;
     return dispensed.left(5) + response::mid(dispensed, 7, 4).toString() + dispensed.right(2);

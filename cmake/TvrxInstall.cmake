@@ -49,6 +49,7 @@ set(TVRX_PUBLIC_HEADERS
   session/text/ZeroDate.h
   claims/ClaimExchange.h
   claims/ConsoleTransmitFace.h
+  claims/PlanRows.h
   claims/ScriptedTransmitFace.h
   claims/Wrapper.h
   claims/colRX.h

@@ -2,6 +2,7 @@
 #include "claims/PlanRows.h"
 #include "claims/Wrapper.h"
 #include "prescription/clsPrescription.h"
+#include "records/clsPatient.h"
 #include "session/data/DbConnection.h"
 #include "session/data/MainConnection.h"
 #include "session/data/SamplePharmacy.h"
@@ -15,6 +16,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <cmath>
 
 namespace tvrx {
 namespace {
@@ -35,7 +38,8 @@ using Kind = ScriptedUserInteraction::Kind;
 //   "answers": ["Yes", "No"] (otherwise OK to each box)   "expect": [text pieces in notation]
 //   "boxes": ["text | buttons | icon | default | title"]   "reports": ["label number"]
 //   "host": {"Price": -1} amounts the host sets on the prescription after reading it (a
-//   negative stored amount does not read)      "retail": its RetailPrice afterwards
+//   negative stored amount does not read); {"Birthdate": null} leaves the patient's
+//   birthdate without a date      "retail": its RetailPrice afterwards
 class ClaimCasesTest : public test::SchemaFixture {
 protected:
     void SetUp() override {
@@ -55,7 +59,7 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << fileName.toStdString();
         const QJsonArray cases = QJsonDocument::fromJson(file.readAll()).array();
         ASSERT_FALSE(cases.isEmpty()) << fileName.toStdString();
-        for (const QJsonValue& entry : cases) runCase(entry.toObject());
+        for (const auto& entry : cases) runCase(entry.toObject());
     }
 
     static std::unique_ptr<clsPrescription> loaded(qint32 id) {
@@ -79,8 +83,9 @@ private:
     // A JSON value as the database takes it: null is NULL, a whole number an integer.
     static QVariant bound(const QJsonValue& value) {
         if (value.isNull()) return {};
-        if (value.isDouble() && value.toDouble() == static_cast<qint64>(value.toDouble())) {
-            return QVariant(static_cast<qlonglong>(value.toDouble()));
+        const double number = value.toDouble();
+        if (value.isDouble() && number == std::trunc(number)) {
+            return QVariant(static_cast<qlonglong>(number));
         }
         return value.toVariant();
     }
@@ -139,6 +144,10 @@ private:
                 const auto item = i == 0 ? wrapper.colRX()->Item(1) : wrapper.colRX()->Add();
                 item->RXInfoID = ids.at(i).toInt();
                 item->GetData();
+            }
+            // A host may leave the patient's birthdate without a date.
+            if (data.value("host").toObject().contains("Birthdate")) {
+                wrapper.colRX()->Item(1)->PatientClass()->Birthdate = QDateTime();
             }
             PlanRows rows = planRows(data, wrapper.colRX()->Item(1)->PatInsID);
             return {wrapper.BuildHeader(rows.rsPatIns, rows.rsIns, other, debug)};

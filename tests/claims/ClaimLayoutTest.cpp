@@ -117,8 +117,9 @@ TEST_F(ClaimLayoutTest, EveryLayoutReadsBackWhatItWrote) {
         fields.removeIf([](const ReadField& read) { return read.code == QLatin1String("AM"); });
         qsizetype next = 0;
         for (const Part& part : layout->parts) {
-            const qsizetype items = part.list == List::None ? 1 : values.items(part.list).size();
-            for (qsizetype item = 0; item < items; ++item) {
+            const auto items =
+                part.list == List::None ? std::size_t{1} : values.items(part.list).size();
+            for (std::size_t item = 0; item < items; ++item) {
                 for (const Field& field : part.fields) {
                     if (field.condition.kind == Condition::Kind::NotFlag) continue;
                     ASSERT_LT(next, fields.size()) << field.name.data();
