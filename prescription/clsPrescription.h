@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/text/Conversions.h"
+#include "session/text/ZeroDate.h"
 
 #include <QDateTime>
 #include <QString>
@@ -23,7 +23,8 @@ struct StoredTexts;
 }
 
 // How a prescription object came to be loaded; it steers the change log and the fill-mode
-// text. It is never stored.
+// text. It is never stored. A fresh object holds 0, none of these: a fill that a host
+// reads and saves is no new prescription, and its first save is logged.
 enum rxTypes { NewRx = 1, RefillRx = 2, EditRx = 3, GenerateRx = 4, ReversedRx = 5 };
 
 // One fill of a prescription: one row of RXINFO. A prescription number owns one original
@@ -122,8 +123,21 @@ public:
     // The plan's fixed Copay, or the price by CopayPT when SetPriceTables chose a table.
     double GetCopay(double dAWP, double dCost, double dQty);
 
+    // ---- Stock, void, hold and delete (prescription/Wantbook.cpp, Void.cpp) ----
+
+    // Moves the drug's stock by the sum of the two quantities (a sale passes a negative
+    // adjustQty; a change of quantity passes the earlier quantity in previousQty to cancel
+    // it) and keeps the drug's one line on the want list, for drugs with a reorder point.
+    void AdjustWantbook(double adjustQty, double previousQty = 0);
+    // Asks, then voids, holds or deletes the loaded fill, or lifts its void and hold; true
+    // when one of them was carried out. The object is not reloaded.
+    bool VoidPrescription();
+    // Gives the quantity back to stock, removes the fill's ingredients and marks the row
+    // deleted and voided, or removes it when Override is true; then logs the changes.
+    void Delete(bool Override = false);
+
     bool Updated() const { return m_bUpdated; }
-    rxTypes PrescriptionType = NewRx;
+    rxTypes PrescriptionType{};
 
     qint32 RXInfoID = 0;
     qint32 Number = 0;
@@ -231,6 +245,7 @@ private:
     void updateOriginalOfRefill(Frame& frame);
     void SaveForLog();
     void AddLogEntry();
+    bool Void_Rx(bool bVoid);
 
     qint32 m_lPatientID = 0;
     qint32 m_lMDID = 0;

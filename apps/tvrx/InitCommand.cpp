@@ -90,8 +90,7 @@ int run(const CommandLine& line) {
     const bool sample = line.isSet(kSample);
     const QString priceSource = line.value(kAltDb);
     if (line.database().isEmpty() && priceSource.isEmpty())
-        return line.usageError(
-            QStringLiteral("no database: give --db URL (or set TVRX_DB), --alt-db URL or both"));
+        return line.usageError(QStringLiteral("no database: give --db URL, --alt-db URL or both"));
     RecordSession session(line);
     if (!line.database().isEmpty()) {
         const int done = initDatabase(line, line.database(),

@@ -74,6 +74,17 @@ QString Dialect::insertEmptyRow(const QString& table, const QString& keyColumn) 
     return QStringLiteral("INSERT INTO %1 DEFAULT VALUES RETURNING %2").arg(table, keyColumn);
 }
 
+QString Dialect::keyCounterCatchUp(const QString& table, const QString& keyColumn) const {
+    if (backend_ != Backend::PostgreSQL) return {};
+    // nextval() tells where the counter stands and never goes back, whoever else asks at the
+    // same moment; the value it takes is a gap in the keys and nothing more.
+    return QStringLiteral(
+               "WITH counter AS (SELECT pg_get_serial_sequence(?, ?) AS name) "
+               "SELECT setval(counter.name, MAX(%1)) FROM %2, counter GROUP BY counter.name "
+               "HAVING MAX(%1) >= nextval(counter.name)")
+        .arg(keyColumn, table);
+}
+
 QString Dialect::ddl(const QString& text) const {
     QString result = text;
     for (const auto& type : kTypeTokens) {
@@ -90,7 +101,9 @@ QVariant Dialect::bindable(const QVariant& value) {
             QString text = value.toString();
             // PostgreSQL cannot store character 0; neither back end gets it.
             text.remove(QChar(0));
-            return text;
+            // Qt's drivers store a null QString as NULL; a text member that nobody typed
+            // into is an empty text all the same, and later reads compare it with "".
+            return text.isNull() ? QStringLiteral("") : text;
         }
         case QMetaType::QDateTime:
             return dateTimeText(value.toDateTime());

@@ -43,7 +43,14 @@ public:
                        const QVariantList& args = {});
     // "Call a procedure for a new key": NewPatIns, NewPatient, NewDoc, NewDrug,
     // NewFacility, NewInsurance insert an otherwise empty row and return its key.
+    // A key they hand out is never one that is taken, whoever wrote the rows.
     static qint32 newKey(DbConnection& connection, const QString& name);
+
+    // Moves the counter that numbers a table's new rows past the highest key the table
+    // holds, where rows written with keys of their own left it behind (PostgreSQL; SQLite's
+    // counter follows every key written). A table whose key is not numbered is left alone.
+    static void catchUpKeyCounter(DbConnection& connection, const QString& table,
+                                  const QString& keyColumn);
 };
 
 }  // namespace tvrx

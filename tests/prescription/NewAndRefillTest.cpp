@@ -25,18 +25,7 @@ public:
     }
 };
 
-// One case of tests/data/fills.tsv: its lines by keyword, in order.
-struct RefillCase {
-    std::string where;
-    QList<QStringList> lines;
-    QList<QStringList> all(const QString& keyword) const {
-        QList<QStringList> found;
-        for (const QStringList& line : lines)
-            if (line.value(0) == keyword) found << line.mid(1);
-        return found;
-    }
-    QStringList first(const QString& keyword) const { return all(keyword).value(0); }
-};
+using RefillCase = test::KeywordCase;
 
 // "Column=value" cells; "null" stands for a null.
 QList<QPair<QString, QString>> assignments(const QStringList& cells) {

@@ -1,6 +1,7 @@
 #include "session/text/Conversions.h"
 
 #include "session/runtime/Failure.h"
+#include "session/text/Currency.h"
 #include "session/text/DateDiff.h"
 #include "support/MarkdownTables.h"
 
@@ -227,6 +228,20 @@ TEST(ConversionsTest, NarrowingRoundingAndTextOfADouble) {
         {"PlainNumber", outcome<PlainNumber, double>}};
     checkNamedFunctions("## Rounding", named);
     checkNamedFunctions("## Number to text", named);
+}
+
+// A currency value rounds as RoundCurrency does, made from a number directly or through
+// a QVariant, and gives the rounded number back.
+TEST(ConversionsTest, CurrencyValuesRoundAsRoundCurrency) {
+    for (const test::MarkdownRow& row : conversionsTable("## Rounding").rows) {
+        if (row.cells[0] != u"RoundCurrency") continue;
+        const double rounded = *number(row.cells[2]);
+        const Currency assigned = *number(row.cells[1]);
+        EXPECT_EQ(static_cast<double>(assigned), rounded) << row.where.toStdString();
+        EXPECT_EQ(QVariant(*number(row.cells[1])).value<Currency>(), rounded)
+            << row.where.toStdString();
+        EXPECT_EQ(QVariant::fromValue(assigned).toDouble(), rounded) << row.where.toStdString();
+    }
 }
 
 TEST(ConversionsTest, NumberPictures) {
