@@ -47,7 +47,7 @@ QString written(const QVariant& value) {
     if (value.typeId() == QMetaType::QString) return value.toString();
     if (value.isNull()) return QStringLiteral("null");
     if (value.typeId() == QMetaType::QDateTime) return Dialect::dateTimeText(value.toDateTime());
-    return QString::number(value.toDouble());
+    return QString::number(value.toDouble(), 'g', 15);
 }
 
 class NewAndRefillTest : public test::PrescriptionFixture {
