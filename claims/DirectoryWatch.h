@@ -64,6 +64,7 @@ private:
     Wanted wanted_;
     Complete onComplete_;
     int fd_ = -1;
+    int watchNumber_ = -1;
     bool readingEvents_ = false;
     std::unique_ptr<QSocketNotifier> notifier_;
     QSet<QString> writing_;

@@ -68,6 +68,15 @@ public:
     QString BuildHeader(RecordSet& rsPatIns, RecordSet& rsIns, bool SendingOther = false,
                         bool DebugMode = false);
 
+    // Bills the prescriptions of colRX in one transmission: the payer chosen when the first
+    // prescription has a second one, the header and a body per prescription (or the
+    // reversal of the first), a Claims row per request, the exchange, and the answer read
+    // back. rsPatIns and rsIns are the coverage row and its plan row (PlanRows.h opens
+    // both). True when the answer came and was read; ErrorMessage then ends in a line
+    // break, and otherwise says what went wrong.
+    bool SubmitClaim(const QString& sTVIDirectory, RecordSet& rsPatIns, RecordSet& rsIns,
+                     bool Reversal = false);
+
     // Records a request or a response in table Claims, stamped with the server's time.
     void AddClaimRecord(qint32 RxInfoID, bool Response, bool Reversal, bool OtherIns,
                         const QString& ClaimText, const QString& HeaderText);

@@ -3,6 +3,7 @@
 #include "session/data/DbConnection.h"
 #include "session/data/MainConnection.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
 
 #include <QXmlStreamWriter>
 
@@ -95,8 +96,7 @@ const std::vector<WatchedItem>& PrescriptionLog::items() {
 }
 
 void clsPrescription::SaveForLog() {
-    Frame frame("clsPrescription:SaveForLog");
-    for (const WatchedItem& item : PrescriptionLog::items()) frame([&] { item.keep(*this); });
+    for (const WatchedItem& item : PrescriptionLog::items()) item.keep(*this);
 }
 
 // Writes one LOG_RX row naming each watched value that changed since the last read or
@@ -106,8 +106,9 @@ void clsPrescription::AddLogEntry() {
     QString changes;
     QXmlStreamWriter xml(&changes);
     bool changed = false;
-    frame([&] { xml.writeStartElement(QStringLiteral("RX_Changes")); });
+    xml.writeStartElement(QStringLiteral("RX_Changes"));
     for (const WatchedItem& item : PrescriptionLog::items()) {
+        // A value's log form is a conversion, and a conversion can fail.
         frame([&] {
             if (!item.changed(*this)) return;
             changed = true;
@@ -117,7 +118,7 @@ void clsPrescription::AddLogEntry() {
             item.keep(*this);
         });
     }
-    frame([&] { xml.writeEndElement(); });
+    xml.writeEndElement();
     if (!changed) return;
     frame([&] {
         DbConnection& db = records::mainConnection();

@@ -10,6 +10,7 @@
 #include "session/data/DbConnection.h"
 #include "session/data/MainConnection.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
 
 namespace tvrx {
 
@@ -28,10 +29,11 @@ ReadForm todayWhenNull() {
 
 }  // namespace
 
-// The columns in the order GetData selects them. The original fill's three columns are
-// read from this row only when it is the original; a refill takes them from the
-// original's row. The days supply and the product code qualifier are written as stored,
-// whatever their getters show.
+// The columns in the order GetData reads them: the keys, the original fill's three
+// columns (read from this row only when it is the original; a refill takes them from the
+// original's row and leaves them out of its own), then the rest, the patient before the
+// prescriber before the drug, each setter reading its record. The days supply and the
+// product code qualifier are written as stored, whatever their getters show.
 const ColumnTable<clsPrescription>& prescriptionColumns() {
     static const ColumnTable<C> table(
         QStringLiteral("RXINFO"), QStringLiteral("RXInfoID"),
@@ -39,9 +41,16 @@ const ColumnTable<clsPrescription>& prescriptionColumns() {
             {"RXInfoID", member(&C::RXInfoID), R::zeroText(), W::none()},
             {"Number", member(&C::Number), R::zeroText(), W::number()},
             {"RefillNumber", member(&C::RefillNumber), R::zeroText(), W::number()},
+            {"OriginalDate", member(&C::OriginalDate), R::nullScreen(0),
+             records::day().onOriginalRowOnly()},
+            {"OriginalQty", member(&C::OriginalQty), R::zeroText(),
+             W::number().onOriginalRowOnly()},
+            {"OriginalRefills", member(&C::OriginalRefills), R::zeroText(),
+             W::number().onOriginalRowOnly()},
             {"LogID", member(&C::LogID), R::zeroText(), W::number()},
             {"Date", member(&C::DateFilled), R::nullScreen(), W::date("MM/DD/YYYY hh:mm")},
             {"Qty", member(&C::Qty), R::zeroText(), W::number()},
+            {"MetricQty", member(&C::MetricQty), R::zeroText(), W::number()},
             {"Price", member(&C::Price), R::zeroText(), W::number()},
             {"RetailPrice", member(&C::RetailPrice), R::zeroText(), W::number()},
             {"Copay", member(&C::Copay), R::zeroText(), W::number()},
@@ -65,7 +74,7 @@ const ColumnTable<clsPrescription>& prescriptionColumns() {
             {"PANumber", member(&C::PANumber), R::text(), W::quotedRaw()},
             {"DNDC", member(&C::DNDC), R::trimmed(), W::quotedRaw()},
             {"Voided", member(&C::Voided), R::nullScreen(0), W::number()},
-            {"OriginalDate", member(&C::OriginalDate), R::nullScreen(0), records::day()},
+            {"OnHold", member(&C::OnHold), R::nullScreen(0), W::number()},
             {"DAWField", member(&C::DAWField), R::text(), W::quotedRaw()},
             {"RPhID", member(&C::RPh), R::zeroText(), W::number()},
             {"TechID", member(&C::Tech), R::zeroText(), W::number()},
@@ -78,6 +87,7 @@ const ColumnTable<clsPrescription>& prescriptionColumns() {
             {"DUROutcome", member(&C::DUROutcome), R::text(), W::quotedRaw()},
             {"AuthNumber", member(&C::AuthNumber), R::text(), W::quotedDoubled()},
             {"Paid", member(&C::PAID), R::nullScreen(0), W::number()},
+            {"ARCharge", member(&C::ARCharge), R::nullScreen(0), W::number()},
             {"Online", member(&C::OnLine), R::nullScreen(0), W::number()},
             {"OnlineResult", member(&C::OnlineResult), R::text(), W::quotedDoubled()},
             {"Diagnosis", member(&C::Diagnosis), R::text(), W::quotedRaw()},
@@ -86,40 +96,35 @@ const ColumnTable<clsPrescription>& prescriptionColumns() {
             {"HCPC", member(&C::HCPC), R::text(), W::quotedRaw()},
             {"Form", member(&C::Form), R::nullScreen(1), W::number()},
             {"ControlNumber", member(&C::ControlNumber), R::text(), W::quotedRaw()},
-            {"Transferred", member(&C::Transferred), R::nullScreen(0), W::none()},
-            {"ARCharge", member(&C::ARCharge), R::nullScreen(0), W::number()},
             {"QBTxnID", member(&C::QBTxnID), R::text(), W::quotedRaw()},
-            {"MetricQty", member(&C::MetricQty), R::zeroText(), W::number()},
+            {"Transferred", member(&C::Transferred), R::nullScreen(0), W::none()},
+            {"PAMC", member(&C::PAMC), R::text(), W::quotedRaw()},
             {"DURData", member(&C::DURData), R::text(), W::quotedRaw()},
-            {"OtherInsCode", member(&C::OtherInsCode), R::text(), W::quotedRaw()},
             {"EligibilityCode", member(&C::EligibilityCode), R::text(), W::quotedRaw()},
+            {"OtherInsCode", member(&C::OtherInsCode), R::text(), W::quotedRaw()},
             {"OriginCode", member(&C::OriginCode), R::text(), W::quotedRaw()},
             {"LevelOfService", member(&C::LevelOfService), R::text(), W::quotedRaw()},
             {"GeneratedRx", member(&C::GeneratedRx), R::nullScreen(0), W::number()},
+            {"FormulaID", member(&C::FormulaID), R::zeroText(), W::number()},
             {"Units", member(&C::Units), R::text(), W::quotedRaw()},
             {"InsData", member(&C::InsData), R::text(), W::quotedRaw()},
-            {"FormulaID", member(&C::FormulaID), R::zeroText(), W::number()},
-            {"OPatInsID", member(&C::OPatInsID), R::zeroText(), W::number()},
+            {"OOnlineResult", member(&C::OOnlineResult), R::text(), W::quotedRaw()},
+            {"OAuthNumber", member(&C::OAuthCode), R::text(), W::quotedRaw()},
             {"OInsPaid", member(&C::OInsPaid), R::nullScreen(0), W::number()},
+            {"OPatInsID", member(&C::OPatInsID), R::zeroText(), W::number()},
             {"OInsAmount", member(&C::OInsAmount), R::zeroText(), W::number()},
             {"OInsCopay", member(&C::OInsCopay), R::zeroText(), W::number()},
             {"PInsAmount", member(&C::PInsAmount), R::nullScreen(0), W::number()},
             {"PInsCopay", member(&C::PInsCopay), R::zeroText(), W::number()},
-            {"OAuthNumber", member(&C::OAuthCode), R::text(), W::quotedRaw()},
-            {"OOnlineResult", member(&C::OOnlineResult), R::text(), W::quotedRaw()},
             {"OtherCoverage", member(&C::OtherCoverage), R::text(), W::quotedRaw()},
             {"OtherType", member(&C::OtherType), R::text(), W::quotedRaw()},
             {"PaidQualifier", member(&C::PaidQualifier), R::text(), W::quotedRaw()},
-            {"OtherIDQualifier", member(&C::OtherIDQualifier), R::text(), W::quotedRaw()},
-            {"OtherID", member(&C::OtherID), R::text(), W::quotedRaw()},
             {"OtherDate", member(&C::OtherDate), todayWhenNull(), records::day()},
             {"Deleted", member(&C::Deleted), R::nullScreen(0), W::number()},
-            {"OnHold", member(&C::OnHold), R::nullScreen(0), W::number()},
-            {"OriginalQty", member(&C::OriginalQty), R::zeroText(), W::number()},
-            {"OriginalRefills", member(&C::OriginalRefills), R::zeroText(), W::number()},
+            {"OtherIDQualifier", member(&C::OtherIDQualifier), R::text(), W::quotedRaw()},
+            {"OtherID", member(&C::OtherID), R::text(), W::quotedRaw()},
             {"ProductIDQualifier", member(&C::m_sProductIDQualifier),
              R::nullScreen(QStringLiteral("03")), W::quotedRaw()},
-            {"PAMC", member(&C::PAMC), R::text(), W::quotedRaw()},
             {"DateChanged", records::presentTime<C>(), R::none(), W::value()},
         });
     return table;
@@ -129,16 +134,6 @@ namespace {
 
 const ColumnTable<C>& table() {
     return prescriptionColumns();
-}
-
-// Every described column but the change date, which only Update writes.
-const ColumnOrder& selectOrder() {
-    static const ColumnOrder order = [] {
-        ColumnOrder columns = table().all();
-        columns.pop_back();
-        return columns;
-    }();
-    return order;
 }
 
 const ColumnOrder& keyOrder() {
@@ -152,50 +147,10 @@ const ColumnOrder& originalOrder() {
     return order;
 }
 
-// The rest of the row, in the order GetData reads it: the patient before the prescriber
-// before the drug, each setter reading its record.
-const ColumnOrder& readOrder() {
-    static const ColumnOrder order = table().order(QStringLiteral(
-        "LogID Date Qty MetricQty Price RetailPrice Copay QtyRemain DS Patient PatientID "
-        "Doctor MDID PatInsID InsID SIG Compound Drug DrugID Refills Cost PriceTableID "
-        "AWP PA PANumber DNDC Voided OnHold DAWField RPhID TechID Schedule Notes "
-        "SigCodes OtherDenial DURConflict DURIntervention DUROutcome AuthNumber Paid "
-        "ARCharge Online OnlineResult Diagnosis OtherPayor DenialDate HCPC Form "
-        "ControlNumber QBTxnID Transferred PAMC DURData EligibilityCode OtherInsCode "
-        "OriginCode LevelOfService GeneratedRx FormulaID Units InsData OOnlineResult "
-        "OAuthNumber OInsPaid OPatInsID OInsAmount OInsCopay PInsAmount PInsCopay "
-        "OtherCoverage OtherType PaidQualifier OtherDate Deleted OtherIDQualifier "
-        "OtherID ProductIDQualifier"));
-    return order;
-}
-
-// The UPDATE's columns after the keys; the original's three columns come between on an
-// original fill, and the control number closes the list.
-ColumnOrder updateOrder(bool original) {
-    ColumnOrder order = table().order({"Number", "RefillNumber"});
-    if (original) order.insert(order.end(), originalOrder().begin(), originalOrder().end());
-    const ColumnOrder rest = table().order(QStringLiteral(
-        "LogID Date Qty MetricQty Price RetailPrice Copay QtyRemain DS Patient PatientID "
-        "Doctor MDID PatInsID InsID SIG Compound Drug DrugID Refills Cost PriceTableID "
-        "AWP PA PANumber DNDC Voided OnHold DAWField RPhID TechID Schedule Notes "
-        "SigCodes OtherDenial DURConflict DURIntervention DUROutcome AuthNumber Paid "
-        "ARCharge Online OnlineResult Diagnosis OtherPayor DenialDate HCPC PAMC QBTxnID "
-        "DURData OtherInsCode EligibilityCode OriginCode LevelOfService Units InsData "
-        "Form GeneratedRx FormulaID Deleted OPatInsID OInsPaid OInsAmount OInsCopay "
-        "PInsAmount PInsCopay OtherDate OOnlineResult OAuthNumber OtherCoverage "
-        "OtherType PaidQualifier OtherIDQualifier ProductIDQualifier OtherID DateChanged "
-        "ControlNumber"));
-    order.insert(order.end(), rest.begin(), rest.end());
-    return order;
-}
-
-const ColumnOrder& originalFillUpdate() {
-    static const ColumnOrder order = updateOrder(true);
-    return order;
-}
-
-const ColumnOrder& refillUpdate() {
-    static const ColumnOrder order = updateOrder(false);
+// The rest of the row: every column after the original fill's.
+const ColumnOrder& restOrder() {
+    static const ColumnOrder order(table().all().begin() + originalOrder().back() + 1,
+                                   table().all().end());
     return order;
 }
 
@@ -244,22 +199,12 @@ void clsPrescription::GetData() {
     Frame frame("clsPrescription:GetData");
     RecordSet rs;
     frame.withDetails([&] { return QStringLiteral("PAMC ") + pamcOf(rs); });
-    frame([&] {
-        rs = records::mainConnection().OpenRecordSet(table().selectList(selectOrder()), {RXInfoID});
-    });
-    // A failed test for the row carries on into the read: the frame resumes with the next
-    // statement, and that is the read.
-    bool hasRow = true;
-    frame([&] { hasRow = !rs.Eof(); });
-    if (hasRow) {
-        table().read(frame, rs, *this, keyOrder());
-        readOriginalFill(frame, rs);
-        table().read(frame, rs, *this, readOrder());
-        SaveForLog();
-    }
-    frame([&] {
-        if (rs.State() == 1) rs.Close();
-    });
+    if (!table().load(frame, rs, table().selectList(table().selected()), RXInfoID, *this,
+                      keyOrder()))
+        return;
+    readOriginalFill(frame, rs);
+    table().read(frame, rs, *this, restOrder());
+    SaveForLog();
 }
 
 // An original fill carries its own date, quantity and refills; a refill takes them from
@@ -306,9 +251,6 @@ void clsPrescription::readOriginalOfRefill(Frame& frame) {
             refillCount = conv::ToDouble(zeroText(original.Fields(QStringLiteral("Refills"))));
         });
     }
-    frame([&] {
-        if (original.State() == 1) original.Close();
-    });
     countRefillsUsed(frame, refillCount);
 }
 
@@ -332,11 +274,7 @@ void clsPrescription::Update() {
     Frame frame("clsPrescription:Update");
     const bool original = RefillNumber < 1;
     if (!original) updateOriginalOfRefill(frame);
-    frame([&] {
-        const BoundStatement update =
-            table().update(*this, RXInfoID, original ? originalFillUpdate() : refillUpdate());
-        records::mainConnection().Execute(update.sql, update.params);
-    });
+    table().store(frame, *this, RXInfoID, original ? RowWritten::Original : RowWritten::Refill);
     m_bUpdated = true;
     if (PrescriptionType == NewRx && !m_bSavedForLog) {
         SaveForLog();
@@ -387,51 +325,34 @@ void clsPrescription::setOtherResponse(std::shared_ptr<clsClaimResponse> value) 
 }
 
 std::shared_ptr<clsPatient> clsPrescription::PatientClass() {
-    Frame frame("clsPrescription:PatientClass");
-    frame([&] {
-        if (m_PatientClass) return;
-        m_PatientClass = std::make_shared<clsPatient>();
-        m_PatientClass->PatientID = 0;
-    });
+    if (!m_PatientClass) m_PatientClass = std::make_shared<clsPatient>();
     return m_PatientClass;
 }
 
 std::shared_ptr<clsDoc> clsPrescription::DoctorClass() {
-    Frame frame("clsPrescription:DoctorClass");
-    frame([&] {
-        if (m_DoctorClass) return;
-        m_DoctorClass = std::make_shared<clsDoc>();
-        m_DoctorClass->MDID = 0;
-    });
+    if (!m_DoctorClass) m_DoctorClass = std::make_shared<clsDoc>();
     return m_DoctorClass;
 }
 
 std::shared_ptr<clsDrug> clsPrescription::DrugClass() {
-    Frame frame("clsPrescription:DrugClass");
-    frame([&] {
-        if (m_DrugClass) return;
-        m_DrugClass = std::make_shared<clsDrug>();
-        m_DrugClass->DrugID = 0;
-    });
+    if (!m_DrugClass) m_DrugClass = std::make_shared<clsDrug>();
     return m_DrugClass;
 }
 
 // Setting the patient always reads the patient's record afresh, so a fill shows what
 // another workstation last saved.
 void clsPrescription::setPatientID(qint32 value) {
-    Frame frame("clsPrescription:PatientID");
     m_lPatientID = value;
-    frame([&] { m_PatientClass = std::make_shared<clsPatient>(); });
-    frame([&] { m_PatientClass->PatientID = value; });
-    frame([&] { m_PatientClass->GetData(); });
+    m_PatientClass = std::make_shared<clsPatient>();
+    m_PatientClass->PatientID = value;
+    m_PatientClass->GetData();
 }
 
 void clsPrescription::setMDID(qint32 value) {
-    Frame frame("clsPrescription:MDID");
     m_lMDID = value;
-    frame([&] { m_DoctorClass = std::make_shared<clsDoc>(); });
-    frame([&] { m_DoctorClass->MDID = value; });
-    frame([&] { m_DoctorClass->GetData(); });
+    m_DoctorClass = std::make_shared<clsDoc>();
+    m_DoctorClass->MDID = value;
+    m_DoctorClass->GetData();
 }
 
 // A fill without a drug (0) still gets an empty drug, whose price table and generic flag
@@ -439,30 +360,20 @@ void clsPrescription::setMDID(qint32 value) {
 void clsPrescription::setDrugID(qint32 value) {
     Frame frame("clsPrescription:DrugID");
     m_lDrugID = value;
-    frame([&] { m_DrugClass = std::make_shared<clsDrug>(); });
-    frame([&] { m_DrugClass->DrugID = value; });
-    frame([&] {
-        if (value > 0) m_DrugClass->GetData();
-    });
+    m_DrugClass = std::make_shared<clsDrug>();
+    m_DrugClass->DrugID = value;
+    if (value > 0) m_DrugClass->GetData();
     frame([&] { DrugPT = conv::ToLong(zeroText(m_DrugClass->PriceTableID)); });
-    frame([&] { Generic = m_DrugClass->Generic != 0; });
+    Generic = m_DrugClass->Generic != 0;
 }
 
 QString clsPrescription::RefillsLeft() const {
-    QString result;
-    Frame frame("clsPrescription:RefillsLeft");
-    frame([&] {
-        const QString count = conv::Trim(conv::NumberText(m_lRefillsLeft));
-        result = m_lRefillsLeft * OriginalQty < QtyRemain ? count + QLatin1Char('+') : count;
-    });
-    return result;
+    const QString count = conv::Trim(conv::NumberText(m_lRefillsLeft));
+    return m_lRefillsLeft * OriginalQty < QtyRemain ? count + QLatin1Char('+') : count;
 }
 
 QString clsPrescription::DS() const {
-    QString result;
-    Frame frame("clsPrescription:DS");
-    frame([&] { result = m_sDS == QLatin1String("Null") ? QString() : m_sDS; });
-    return result;
+    return m_sDS == QLatin1String("Null") ? QString() : m_sDS;
 }
 
 // Claims accept the product code qualifiers 0 to 26 and 99.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/text/Conversions.h"
+#include "session/text/ZeroDate.h"
 
 #include <QDateTime>
 #include <QString>
@@ -23,7 +23,8 @@ struct StoredTexts;
 }
 
 // How a prescription object came to be loaded; it steers the change log and the fill-mode
-// text. It is never stored.
+// text. It is never stored. A fresh object holds 0, none of these: a fill that a host
+// reads and saves is no new prescription, and its first save is logged.
 enum rxTypes { NewRx = 1, RefillRx = 2, EditRx = 3, GenerateRx = 4, ReversedRx = 5 };
 
 // One fill of a prescription: one row of RXINFO. A prescription number owns one original
@@ -89,8 +90,54 @@ public:
     QString ProductIDQualifier() const;
     void setProductIDQualifier(const QString& value) { m_sProductIDQualifier = value; }
 
+    // ---- New prescriptions and refills (prescription/NewPrescription.cpp, Refill.cpp) ----
+
+    // Starts a prescription under the next number with its original fill, made by the
+    // pharmacist in RPh, and loads it; StartNumber is accepted and not used. False, and the
+    // object as it was, when no number could be had.
+    bool NewPrescription(qint32 RPhID, qint32 StartNumber, qint32 TechID = 0);
+    // Refills prescription lRxNumber under the pharmacy's refill rules, asking the user
+    // where a rule objects, and loads the new fill. -1 when the fill was made; 0 when not
+    // (no such number, a rule refused, the user cancelled, the fill could not be stored);
+    // 10 when the user chose to print the call-doctor form, 11 to fax the doctor.
+    // lRxNumber comes back as the number filled when the user followed a newer number or
+    // generated a new one. The caller prices the fill and calls Update.
+    qint16 RefillPrescription(qint32 RPhID, qint32 StartNumber, qint32& lRxNumber,
+                              qint32 lPatientID = 0, qint32 TechID = 0,
+                              bool ControlIIOveride = false);
+    // How this object came to be, for labels: "NEW ", "REFILL ", "EDIT ", "GENERATED ",
+    // or "?".
+    QString FillMode() const;
+
+    // ---- Pricing (prescription/Pricing.cpp) ----
+
+    // Chooses the fill's retail table (CurrentPT) and copay table (CopayPT), or a fixed
+    // copay from the plan, by the plan, the drug, the patient and the host's defaults for
+    // generic and brand drugs. Runs before GetRetail and GetCopay.
+    void SetPriceTables(qint32 nDefGen, qint32 nDefBrand);
+    // The price of the amounts by table lPT (PriceTableID when lPT is below 1, and lPT
+    // then holds it); 0 when there is none.
+    double GetCustomPrice(double dAWP, double dCost, qint32& lPT, double dQty);
+    // The retail price by CurrentPT (which becomes PriceTableID when it is below 1).
+    double GetRetail(double dAWP, double dCost, double dQty);
+    // The plan's fixed Copay, or the price by CopayPT when SetPriceTables chose a table.
+    double GetCopay(double dAWP, double dCost, double dQty);
+
+    // ---- Stock, void, hold and delete (prescription/Wantbook.cpp, Void.cpp) ----
+
+    // Moves the drug's stock by the sum of the two quantities (a sale passes a negative
+    // adjustQty; a change of quantity passes the earlier quantity in previousQty to cancel
+    // it) and keeps the drug's one line on the want list, for drugs with a reorder point.
+    void AdjustWantbook(double adjustQty, double previousQty = 0);
+    // Asks, then voids, holds or deletes the loaded fill, or lifts its void and hold; true
+    // when one of them was carried out. The object is not reloaded.
+    bool VoidPrescription();
+    // Gives the quantity back to stock, removes the fill's ingredients and marks the row
+    // deleted and voided, or removes it when Override is true; then logs the changes.
+    void Delete(bool Override = false);
+
     bool Updated() const { return m_bUpdated; }
-    rxTypes PrescriptionType = NewRx;
+    rxTypes PrescriptionType{};
 
     qint32 RXInfoID = 0;
     qint32 Number = 0;
@@ -198,6 +245,7 @@ private:
     void updateOriginalOfRefill(Frame& frame);
     void SaveForLog();
     void AddLogEntry();
+    bool Void_Rx(bool bVoid);
 
     qint32 m_lPatientID = 0;
     qint32 m_lMDID = 0;
@@ -217,6 +265,11 @@ private:
     // rows carry them, 0 when the object was not edited.
     qint32 m_lEditRPhID = 0;
     qint32 m_lEditTechID = 0;
+
+    // Whether GetCopay prices the copay by CopayPT (true) or gives the plan's fixed Copay.
+    bool CopayFromTable = false;
+    // The addend of the band the latest GetCustomPrice or GetRetail used.
+    double LastMarkUpAddend = 0;
 
     // The change log's picture of the watched values as last read or logged.
     bool m_bSavedForLog = false;

@@ -43,30 +43,16 @@ const ColumnTable<Facility>& facilityColumns() {
     return table;
 }
 
-namespace {
-
-const ColumnOrder& updateOrder() {
-    static const ColumnOrder order = facilityColumns().order(
-        {"Name", "AddressL1", "AddressL2", "City", "State", "Zip", "Phone", "Fax", "Contact",
-         "Notes", "UserName", "Password", "DateChanged", "ContactPhone"});
-    return order;
-}
-
-}  // namespace
-
 // The whole row is selected; the key itself is not read back.
 void Facility::GetData() {
     const ColumnTable<C>& table = facilityColumns();
     Frame frame("Facility:GetData");
-    records::loadRow(frame, table, table.selectAll(), FacilityID, *this, table.all());
+    table.load(frame, table.selectAll(), FacilityID, *this, table.all());
 }
 
 void Facility::Update() {
     Frame frame("Facility:Update");
-    frame([&] {
-        const BoundStatement update = facilityColumns().update(*this, FacilityID, updateOrder());
-        records::mainConnection().Execute(update.sql, update.params);
-    });
+    facilityColumns().store(frame, *this, FacilityID);
 }
 
 // The key is 16-bit: a new key above 32,767 is a reported overflow, and the texts are
@@ -78,11 +64,9 @@ void Facility::Insert() {
         FacilityID = conv::IntegerFromDouble(
             Procedures::newKey(records::mainConnection(), QStringLiteral("NewFacility")));
     });
-    frame([&] {
-        for (QString* text : {&Name, &AddressL1, &AddressL2, &City, &State, &Zip, &Phone, &Fax,
-                              &Contact, &ContactPhone, &Notes, &UserName, &Password})
-            text->clear();
-    });
+    for (QString* text : {&Name, &AddressL1, &AddressL2, &City, &State, &Zip, &Phone, &Fax,
+                          &Contact, &ContactPhone, &Notes, &UserName, &Password})
+        text->clear();
 }
 
 void Facility::Delete() {

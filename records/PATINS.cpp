@@ -17,7 +17,6 @@ using W = WriteForm;
 struct PatinsColumns {
     using P = PATINS;
 
-    // Columns in the order the update writes them; GetData reads them in readOrder().
     static const ColumnTable<P>& row() {
         static const ColumnTable<P> table(
             QStringLiteral("PATINS"), QStringLiteral("PatInsID"),
@@ -45,14 +44,6 @@ struct PatinsColumns {
         return table;
     }
 
-    static const ColumnOrder& readOrder() {
-        static const ColumnOrder order = row().order(
-            {"InsID", "OPatInsID", "PatientID", "GroupNumber", "InsuranceGroup", "Relationship",
-             "cardnumber", "subscribersname", "OtherType", "PaidQualifier", "ExpDate",
-             "PersonNumber", "Location", "OtherCoverage", "Clarification"});
-        return order;
-    }
-
     // What a patient's coverage reads of the plan, each value trimmed.
     static const ColumnTable<P>& plan() {
         static const ColumnTable<P> table(
@@ -66,20 +57,19 @@ struct PatinsColumns {
         return table;
     }
 
-    static const ColumnOrder& planReadOrder() {
-        static const ColumnOrder order = plan().order({"Form", "Name", "InsCode", "ClaimFields"});
-        return order;
-    }
-
+    // What a coverage without a row holds, the plan apart (setInsID(0) reads it) and the
+    // expiration date, which keeps its value.
     static void clearForMissingRow(P& coverage) {
         coverage.OPatInsID = 0;
         coverage.PatientID = 0;
         for (QString* text :
              {&coverage.GroupNumber, &coverage.InsuranceGroup, &coverage.Relationship,
               &coverage.CardNumber, &coverage.SubscribersName, &coverage.OtherPayerCoverageType,
-              &coverage.OtherPayerAmountPaidQualifier}) {
+              &coverage.OtherPayerAmountPaidQualifier, &coverage.Location, &coverage.OtherCoverage,
+              &coverage.Clarification}) {
             text->clear();
         }
+        coverage.PersonNumber = QStringLiteral("01");
     }
 };
 
@@ -101,26 +91,16 @@ void PATINS::setConnection(std::shared_ptr<DbConnection> connection) {
 
 void PATINS::setInsID(qint32 value) {
     const ColumnTable<PATINS>& plan = PatinsColumns::plan();
-    RecordSet rs;
-    bool atEnd = true;
     Frame frame("PATINS:InsID");
-    frame([&] { insID_ = value; });
-    frame([&] {
-        rs = records::mainConnection().OpenRecordSet(plan.selectList(plan.all()), {value});
-    });
-    frame([&] { atEnd = rs.Eof(); });
-    if (atEnd) {
-        frame([&] { InsCode = QStringLiteral("MISSING"); });
-        frame([&] { name_ = QStringLiteral("NEED TO RECHOOSE INSURANCE"); });
-        frame([&] { version_ = QStringLiteral("NA"); });
-        frame([&] { ClaimFields.clear(); });
-    } else {
-        plan.read(frame, rs, *this, PatinsColumns::planReadOrder());
+    insID_ = value;
+    if (!plan.load(frame, plan.selectList(plan.all()), value, *this, plan.all(),
+                   FailedRowTest::MissesTheRow)) {
+        InsCode = QStringLiteral("MISSING");
+        name_ = QStringLiteral("NEED TO RECHOOSE INSURANCE");
+        version_ = QStringLiteral("NA");
+        ClaimFields.clear();
     }
-    frame([&] {
-        if (rs.State() == 1) rs.Close();
-    });
-    frame([&] { Medicare = ClaimFields.contains(QStringLiteral("MED")); });
+    Medicare = ClaimFields.contains(QStringLiteral("MED"));
 }
 
 void PATINS::Insert() {
@@ -128,50 +108,30 @@ void PATINS::Insert() {
     frame([&] {
         PatInsID = Procedures::newKey(records::mainConnection(), QStringLiteral("NewPatIns"));
     });
-    frame([&] {
-        insID_ = 0;
-        Clarification = QStringLiteral("0");
-        OtherPayerCoverageType = QStringLiteral("1");
-        OtherPayerAmountPaidQualifier = QStringLiteral("7");
-    });
+    insID_ = 0;
+    Clarification = QStringLiteral("0");
+    OtherPayerCoverageType = QStringLiteral("1");
+    OtherPayerAmountPaidQualifier = QStringLiteral("7");
 }
 
 bool PATINS::GetData() {
     const ColumnTable<PATINS>& table = PatinsColumns::row();
-    bool result = false;
-    RecordSet rs;
-    bool atEnd = true;
     Frame frame("PATINS:GetData");
-    frame([&] { rs = records::mainConnection().OpenRecordSet(table.selectAll(), {PatInsID}); });
-    frame([&] { atEnd = rs.Eof(); });
-    if (atEnd) {
-        setInsID(0);
-        frame([&] { PatinsColumns::clearForMissingRow(*this); });
-        // The date is read here as in a found row; the empty result makes it fail, which is
-        // reported, and the date keeps its value.
-        table.read(frame, rs, *this, table.order({"ExpDate"}));
-        frame([&] {
-            PersonNumber = QStringLiteral("01");
-            Location.clear();
-            OtherCoverage.clear();
-            Clarification.clear();
-        });
-    } else {
-        table.read(frame, rs, *this, PatinsColumns::readOrder());
-        frame([&] { result = true; });
-    }
-    frame([&] {
-        if (rs.State() == 1) rs.Close();
-    });
-    return result;
+    RecordSet rs;
+    if (table.load(frame, rs, table.selectAll(), PatInsID, *this, table.all(),
+                   FailedRowTest::MissesTheRow))
+        return true;
+    setInsID(0);
+    PatinsColumns::clearForMissingRow(*this);
+    // The date is read here as in a found row; the empty result makes it fail, which is
+    // reported, and the date keeps its value.
+    table.read(frame, rs, *this, table.order({"ExpDate"}));
+    return false;
 }
 
 void PATINS::Update() {
     Frame frame("PATINS:Update");
-    frame([&] {
-        const BoundStatement update = PatinsColumns::row().update(*this, PatInsID);
-        records::mainConnection().Execute(update.sql, update.params);
-    });
+    PatinsColumns::row().store(frame, *this, PatInsID);
 }
 
 void PATINS::Delete() {

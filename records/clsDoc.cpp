@@ -57,40 +57,17 @@ const ColumnTable<clsDoc>& docColumns() {
     return table;
 }
 
-namespace {
-
-const ColumnOrder& readOrder() {
-    static const ColumnOrder order = records::readColumns(docColumns());
-    return order;
-}
-
-const ColumnOrder& updateOrder() {
-    static const ColumnOrder order = docColumns().order(
-        {"LastName",        "FirstName",   "MI",           "Title",      "AddressLine1",
-         "AddressLine2",    "City",        "State",        "Zip",        "Telephone",
-         "Telephone2",      "FaxNumber",   "DateLastSeen", "Practice",   "Comments",
-         "DoctorCode",      "DEA",         "StateLic",     "Provider1",  "Provider2",
-         "NumberOfScripts", "PriceAmount", "CostAmount",   "LastRxDate", "EMail",
-         "DateChanged",     "ImportID"});
-    return order;
-}
-
-}  // namespace
-
 void clsDoc::GetData() {
     if (!mdlMain::CheckConnection()) return;
     const ColumnTable<C>& table = docColumns();
     Frame frame("clsDoc:GetData");
-    records::loadRow(frame, table, table.selectList(readOrder()), MDID, *this, readOrder());
+    table.load(frame, table.selectList(table.selected()), MDID, *this, table.selected());
 }
 
 void clsDoc::Update() {
     if (!mdlMain::CheckConnection()) return;
     Frame frame("clsDoc:Update");
-    frame([&] {
-        const BoundStatement update = docColumns().update(*this, MDID, updateOrder());
-        records::mainConnection().Execute(update.sql, update.params);
-    });
+    docColumns().store(frame, *this, MDID);
 }
 
 void clsDoc::Insert() {

@@ -7,6 +7,7 @@
 #include "session/data/MainConnection.h"
 #include "session/data/Procedures.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Conversions.h"
 #include "session/text/Encodings.h"
 
 namespace tvrx {
@@ -29,6 +30,16 @@ WriteForm wholeNumber() {
     });
 }
 
+// The exact size when it is above 0, otherwise the whole-number one at position 3.
+ReadForm packageSize() {
+    return R::fromRow([](const RecordSet& rs) {
+        const double exact = conv::ToDouble(
+            QVariant(QStringLiteral("0") + columns::textOf(rs.Fields(QStringLiteral("dPkgSize")))));
+        if (exact > 0) return QVariant(exact);
+        return mdlMain::ScreenForNull(rs.Fields(3), QVariant(0));
+    });
+}
+
 // Expiration dates before this year are not believed and are stored as the zero date.
 constexpr int kFirstBelievableYear = 1900;
 
@@ -39,7 +50,9 @@ const QString kOwnTimes = QStringLiteral("COALESCE(PatientID, 0) = 0 AND DrugID 
 
 // The columns in the order GetData selects them, the first 41 read by position. The
 // package size is kept twice, exactly in dPkgSize and rounded in PackageSize; GetData
-// reads it by its own rule.
+// reads it by its own rule. dPkgSize and PackageSize are written from the same member:
+// where the exact size cannot be written, neither can its rounding, so the failure is
+// the same whichever of the two comes first.
 const ColumnTable<clsDrug>& drugColumns() {
     static const ColumnTable<C> table(
         QStringLiteral("DRUG"), QStringLiteral("DrugID"),
@@ -47,7 +60,7 @@ const ColumnTable<clsDrug>& drugColumns() {
             {"DrugID", member(&C::DrugID), R::nullScreen(0).at(0), W::none()},
             {"Name", member(&C::Name), R::trimmed().at(1), W::quotedDoubled()},
             {"Dosage", member(&C::Dosage), R::trimmed().at(2), W::quotedDoubled()},
-            {"PackageSize", member(&C::PackageSize), R::none(), wholeNumber()},
+            {"PackageSize", member(&C::PackageSize), packageSize(), wholeNumber()},
             {"NDC", member(&C::NDC), R::trimmed().at(4), W::quotedRaw()},
             {"Schedule", member(&C::Schedule), R::trimmed().at(5), W::quotedRaw()},
             {"AWP", member(&C::AWP), R::nullScreen(0).at(6), W::number()},
@@ -99,159 +112,35 @@ const ColumnTable<clsDrug>& drugColumns() {
     return table;
 }
 
-namespace {
-
-const ColumnOrder& selectOrder() {
-    static const ColumnOrder order = drugColumns().order({"DrugID",       "Name",
-                                                          "Dosage",       "PackageSize",
-                                                          "NDC",          "Schedule",
-                                                          "AWP",          "AWPUpdate",
-                                                          "Cost",         "CostUpdate",
-                                                          "MAC",          "MACUpdate",
-                                                          "Generic",      "PriceTableID",
-                                                          "Expiration",   "Lot",
-                                                          "GCN",          "Compound",
-                                                          "Stock",        "MinReorderQty",
-                                                          "ParQty",       "PEC",
-                                                          "Note",         "MonoNum",
-                                                          "GenericName",  "BrandName",
-                                                          "RouteCode",    "Strength",
-                                                          "DrugClass",    "CategoryCode",
-                                                          "DESI",         "UD",
-                                                          "ObsoleteDate", "Units",
-                                                          "Therapy",      "AWPDate",
-                                                          "CostDate",     "MACDate",
-                                                          "ImportID",     "DecSize",
-                                                          "HCPC",         "TXR",
-                                                          "ItemNumber",   "dPkgSize",
-                                                          "DefaultSig",   "EnableAutoFill",
-                                                          "DefaultQty",   "DefaultRefills",
-                                                          "DefaultDS",    "MFR"});
-    return order;
-}
-
-const ColumnOrder& updateOrder() {
-    static const ColumnOrder order = drugColumns().order({"Name",
-                                                          "Dosage",
-                                                          "dPkgSize",
-                                                          "PackageSize",
-                                                          "NDC",
-                                                          "Schedule",
-                                                          "AWP",
-                                                          "AWPUpdate",
-                                                          "Cost",
-                                                          "CostUpdate",
-                                                          "MAC",
-                                                          "MACUpdate",
-                                                          "Generic",
-                                                          "PriceTableID",
-                                                          "Expiration",
-                                                          "Lot",
-                                                          "GCN",
-                                                          "Compound",
-                                                          "Stock",
-                                                          "MinReorderQty",
-                                                          "ParQty",
-                                                          "PEC",
-                                                          "Note",
-                                                          "MonoNum",
-                                                          "GenericName",
-                                                          "BrandName",
-                                                          "RouteCode",
-                                                          "Strength",
-                                                          "DrugClass",
-                                                          "CategoryCode",
-                                                          "DESI",
-                                                          "UD",
-                                                          "ObsoleteDate",
-                                                          "Units",
-                                                          "Therapy",
-                                                          "AWPDate",
-                                                          "CostDate",
-                                                          "MACDate",
-                                                          "ImportID",
-                                                          "DecSize",
-                                                          "HCPC",
-                                                          "TXR",
-                                                          "MFR",
-                                                          "EnableAutoFill",
-                                                          "DefaultSig",
-                                                          "DefaultQty",
-                                                          "DefaultRefills",
-                                                          "DefaultDS",
-                                                          "DateChanged",
-                                                          "ItemNumber"});
-    return order;
-}
-
-// The exact size when it is above 0, otherwise the whole-number one at position 3.
-double packageSizeOf(const RecordSet& rs) {
-    const double exact = conv::ToDouble(
-        QVariant(QStringLiteral("0") + columns::textOf(rs.Fields(QStringLiteral("dPkgSize")))));
-    if (exact > 0) return exact;
-    return conv::ToDouble(mdlMain::ScreenForNull(rs.Fields(3), QVariant(0)));
-}
-
-}  // namespace
-
 void clsDrug::GetData() {
     const ColumnTable<C>& table = drugColumns();
-    const int packageSize = table.order({"PackageSize"}).front();
     Frame frame("clsDrug:GetData");
-    RecordSet rs;
+    if (!table.load(frame, table.selectList(table.selected()), DrugID, *this, table.selected(),
+                    FailedRowTest::MissesTheRow))
+        DrugID = 0;
+    if (DrugID <= 0) return;
+    RecordSet times;
     frame([&] {
-        rs = records::mainConnection().OpenRecordSet(table.selectList(selectOrder()), {DrugID});
+        times = records::mainConnection().OpenRecordSet(
+            QStringLiteral("SELECT Times FROM DrugTimes WHERE ") + kOwnTimes, {DrugID});
     });
-    // A test that fails resumes inside its block, as the original handler did.
-    bool none = true;
-    frame([&] { none = rs.RecordCount() == 0; });
-    if (none) {
-        frame([&] { DrugID = 0; });
-    } else {
-        for (int i : selectOrder()) {
-            if (i == packageSize) {
-                frame([&] { PackageSize = packageSizeOf(rs); });
-            } else {
-                table.readColumn(frame, rs, *this, i);
-            }
-        }
-    }
-    if (DrugID > 0) {
-        frame([&] {
-            if (rs.State() == 1) rs.Close();
-        });
-        frame([&] {
-            rs = records::mainConnection().OpenRecordSet(
-                QStringLiteral("SELECT Times FROM DrugTimes WHERE ") + kOwnTimes, {DrugID});
-        });
-        frame([&] {
-            DrugTimes = rs.Eof() ? QString() : columns::textOf(rs.Fields(QStringLiteral("Times")));
-        });
-    }
     frame([&] {
-        if (rs.State() == 1) rs.Close();
+        DrugTimes =
+            times.Eof() ? QString() : columns::textOf(times.Fields(QStringLiteral("Times")));
     });
 }
 
 void clsDrug::Update() {
     Frame frame("clsDrug:Update");
-    frame([&] {
-        if (!Expiration.isValid() || Expiration.date().year() < kFirstBelievableYear)
-            Expiration = conv::ZeroDate();
-    });
-    frame([&] {
-        const BoundStatement update = drugColumns().update(*this, DrugID, updateOrder());
-        records::mainConnection().Execute(update.sql, update.params);
-    });
+    if (!Expiration.isValid() || Expiration.date().year() < kFirstBelievableYear)
+        Expiration = conv::ZeroDate();
+    drugColumns().store(frame, *this, DrugID);
     RecordSet times;
     frame([&] {
         times = records::mainConnection().OpenUpdatable(QStringLiteral("DrugTimes"),
                                                         QStringLiteral("*"), kOwnTimes, {DrugID});
     });
     frame([&] { saveTimes(times); });
-    frame([&] {
-        if (times.State() == 1) times.Close();
-    });
 }
 
 // Adds the drug's times, changes them, or removes them once they are emptied. Times of

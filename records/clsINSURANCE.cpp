@@ -8,6 +8,8 @@
 #include "session/data/Procedures.h"
 #include "session/runtime/AppConfig.h"
 #include "session/runtime/Clock.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
 #include "session/runtime/Session.h"
 #include "session/runtime/UserInteraction.h"
 #include "session/text/Conversions.h"
@@ -36,12 +38,12 @@ const ColumnTable<C>& insuranceColumns() {
             {"Fax", member(&C::Fax), R::text(), W::value()},
             {"Notes", member(&C::Notes), R::text(), W::value()},
             {"Contact", member(&C::Contact), R::text(), W::value()},
-            {"Fee", currency(&C::Fee), R::zeroText(), W::value()},
+            {"Fee", member(&C::Fee), R::zeroText(), W::value()},
             {"FeePS", member(&C::FeePS), R::zeroText(), W::value()},
-            {"Copay", currency(&C::Copay), R::zeroText(), W::value()},
+            {"Copay", member(&C::Copay), R::zeroText(), W::value()},
             {"CopayPS", member(&C::CopayPS), R::zeroText(), W::value()},
-            {"GenericFee", currency(&C::GenericFee), R::zeroText(), W::value()},
-            {"GenericCopay", currency(&C::GenericCopay), R::zeroText(), W::value()},
+            {"GenericFee", member(&C::GenericFee), R::zeroText(), W::value()},
+            {"GenericCopay", member(&C::GenericCopay), R::zeroText(), W::value()},
             {"GenCopayPS", member(&C::GenCopayPS), R::zeroText(), W::value()},
             {"DaysSupply", member(&C::DaysSupply), R::nullScreen(0), W::value()},
             {"Basis", member(&C::Basis), R::text(), W::value()},
@@ -115,7 +117,6 @@ ExistingPlan existingPlan(const PlanLookup& lookup) {
         plan.InsID = rs.Fields(QStringLiteral("InsID"));
         plan.Deleted = rs.asBoolean(QStringLiteral("Deleted"));
     }
-    rs.Close();
     return plan;
 }
 
@@ -171,6 +172,12 @@ QString askSearchText(int method) {
     }
 }
 
+// The directory of this call; a host's factory that gave none fails each use with 91.
+PlanLookup& directory(const std::unique_ptr<PlanLookup>& lookup) {
+    if (!lookup) fail(err::ObjectVariableNotSet);
+    return *lookup;
+}
+
 void searchDirectory(PlanLookup& lookup, int method, const QString& text, bool& found) {
     if (method != ByBinAndProcessor) {
         lookup.Search(text, found);
@@ -197,33 +204,17 @@ void clsINSURANCE::setConnection(std::shared_ptr<DbConnection> connection) {
 }
 
 bool clsINSURANCE::GetData() {
-    bool result = false;
-    RecordSet rs;
-    bool atEnd = true;
+    const ColumnTable<C>& table = insuranceColumns();
     Frame frame("clsINSURANCE:GetData");
-    frame([&] {
-        rs = records::mainConnection().OpenRecordSet(insuranceColumns().selectAll(), {InsID});
-    });
-    frame([&] { atEnd = rs.Eof(); });
-    if (atEnd) {
-        frame([&] { InsID = 0; });
-        frame([&] { result = false; });
-    } else {
-        insuranceColumns().read(frame, rs, *this);
-        frame([&] { result = true; });
-    }
-    frame([&] {
-        if (rs.State() == 1) rs.Close();
-    });
-    return result;
+    const bool found = table.load(frame, table.selectAll(), InsID, *this, table.all(),
+                                  FailedRowTest::MissesTheRow);
+    if (!found) InsID = 0;
+    return found;
 }
 
 void clsINSURANCE::Update() {
     Frame frame("clsINSURANCE:Update");
-    frame([&] {
-        const BoundStatement update = insuranceColumns().update(*this, InsID);
-        records::mainConnection().Execute(update.sql, update.params);
-    });
+    insuranceColumns().store(frame, *this, InsID);
 }
 
 void clsINSURANCE::Delete() {
@@ -235,7 +226,6 @@ void clsINSURANCE::Delete() {
 }
 
 bool clsINSURANCE::FindByBinAndPcn(const QString& sBIN, const QString& sPCN) {
-    bool result = false;
     RecordSet rs;
     bool found = false;
     Frame frame("clsINSURANCE:FindByBinAndPcn");
@@ -248,14 +238,9 @@ bool clsINSURANCE::FindByBinAndPcn(const QString& sBIN, const QString& sPCN) {
                                       {sBIN, sPCN});
     });
     frame([&] { found = !rs.Eof(); });
-    if (found) {
-        frame([&] { InsID = conv::ToInteger(rs.Fields(QStringLiteral("InsID"))); });
-        frame([&] { result = GetData(); });
-    }
-    frame([&] {
-        if (rs.State() == 1) rs.Close();
-    });
-    return result;
+    if (!found) return false;
+    frame([&] { InsID = conv::ToInteger(rs.Fields(QStringLiteral("InsID"))); });
+    return GetData();
 }
 
 void clsINSURANCE::setDefaults(const QString& NABP, const QString& claimFields) {
@@ -314,14 +299,14 @@ void createOrBringBack(clsINSURANCE& plan, Outcome outcome, Frame& frame, qint32
             plan.InsID = conv::ToInteger(
                 Procedures::newKey(records::mainConnection(), QStringLiteral("NewInsurance")));
         });
-        frame([&] { result = plan.InsID; });
+        result = plan.InsID;
         plan.Update();
     } else if (outcome == Outcome::BringBack) {
         frame([&] {
             records::mainConnection().Execute(
                 QStringLiteral("UPDATE Insurance SET Deleted = 0 WHERE InsID = ?"), {plan.InsID});
         });
-        frame([&] { result = plan.InsID; });
+        result = plan.InsID;
         plan.Update();
     }
 }
@@ -332,7 +317,7 @@ qint32 clsINSURANCE::Insert(const QString& NABP, bool& FoundExisting) {
     qint32 result = 0;
     Outcome outcome = Outcome::Nothing;
     Frame frame("clsINSURANCE:Insert");
-    frame([&] { setDefaults(NABP, kInsertClaimFields); });
+    setDefaults(NABP, kInsertClaimFields);
     Answer useLookup = Answer::No;
     frame([&] {
         useLookup = mdlMain::user().MsgBox(
@@ -341,7 +326,9 @@ qint32 clsINSURANCE::Insert(const QString& NABP, bool& FoundExisting) {
     });
     if (useLookup == Answer::No) outcome = Outcome::NewPlan;
 
-    PlanLookup lookup;
+    // One directory object for this call, released at its end.
+    std::unique_ptr<PlanLookup> lookup;
+    frame([&] { lookup = newPlanLookup(); });
     bool found = false;
     if (useLookup == Answer::Yes) {
         int method = 0;
@@ -353,32 +340,34 @@ qint32 clsINSURANCE::Insert(const QString& NABP, bool& FoundExisting) {
                 QStringLiteral("Choose your method of insurance lookup below."), 4);
         });
         frame([&] { text = askSearchText(method); });
-        if (!text.isEmpty()) frame([&] { searchDirectory(lookup, method, text, found); });
+        if (!text.isEmpty()) {
+            frame([&] { searchDirectory(directory(lookup), method, text, found); });
+        }
     }
 
     if (found) {
         ExistingPlan existing;
-        frame([&] { existing = existingPlan(lookup); });
+        frame([&] { existing = existingPlan(directory(lookup)); });
         if (!existing.exists) {
             outcome = Outcome::NewPlan;
         } else if (isActive(existing)) {
             Answer answer = Answer::No;
-            frame([&] { answer = askCreateAnyway(lookup, existing); });
+            frame([&] { answer = askCreateAnyway(directory(lookup), existing); });
             if (answer == Answer::No) {
-                frame([&] { FoundExisting = true; });
+                FoundExisting = true;
                 frame([&] { InsID = conv::ToInteger(existing.InsID); });
             } else {
                 outcome = Outcome::NewPlan;
             }
         } else if (isDeleted(existing)) {
             Answer answer = Answer::No;
-            frame([&] { answer = askUndelete(lookup, existing); });
+            frame([&] { answer = askUndelete(directory(lookup), existing); });
             if (answer == Answer::No) return 0;
             outcome = Outcome::BringBack;
-            frame([&] { FoundExisting = true; });
+            FoundExisting = true;
             frame([&] { InsID = conv::ToInteger(existing.InsID); });
         }
-        if (outcome != Outcome::Nothing) frame([&] { fillFromLookup(*this, lookup); });
+        if (outcome != Outcome::Nothing) frame([&] { fillFromLookup(*this, directory(lookup)); });
     }
 
     createOrBringBack(*this, outcome, frame, result);
@@ -392,18 +381,19 @@ qint32 clsINSURANCE::InsertFromLookup(const QString& NABP, const QString& sBIN,
                                       const QString& sPCN) {
     qint32 result = 0;
     Frame frame("clsINSURANCE:InsertFromLookup");
-    frame([&] { setDefaults(NABP, QString()); });
-    PlanLookup lookup;
+    setDefaults(NABP, QString());
+    std::unique_ptr<PlanLookup> lookup;
+    frame([&] { lookup = newPlanLookup(); });
     bool found = false;
-    frame([&] { lookup.SearchBinAndProcessor(sBIN, sPCN, found); });
+    frame([&] { directory(lookup).SearchBinAndProcessor(sBIN, sPCN, found); });
     if (!found) return 0;
 
     ExistingPlan existing;
-    frame([&] { existing = existingPlan(lookup); });
+    frame([&] { existing = existingPlan(directory(lookup)); });
     Outcome outcome = Outcome::NewPlan;
     if (existing.exists && isDeleted(existing)) {
         Answer answer = Answer::No;
-        frame([&] { answer = askUndelete(lookup, existing); });
+        frame([&] { answer = askUndelete(directory(lookup), existing); });
         if (answer == Answer::No) return 0;
         frame([&] { InsID = conv::ToInteger(existing.InsID); });
         outcome = Outcome::BringBack;
@@ -411,7 +401,7 @@ qint32 clsINSURANCE::InsertFromLookup(const QString& NABP, const QString& sBIN,
         frame([&] { result = conv::ToLong(existing.InsID); });
         return result;
     }
-    frame([&] { fillFromLookup(*this, lookup); });
+    frame([&] { fillFromLookup(*this, directory(lookup)); });
     createOrBringBack(*this, outcome, frame, result);
     return result;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/text/Currency.h"
+
 #include <QString>
 
 #include <memory>
@@ -29,12 +31,12 @@ public:
     QString Fax;
     QString Notes;
     QString Contact;
-    double Fee = 0;
+    Currency Fee = 0;
     qint16 FeePS = 0;
-    double Copay = 0;
+    Currency Copay = 0;
     qint16 CopayPS = 0;
-    double GenericFee = 0;
-    double GenericCopay = 0;
+    Currency GenericFee = 0;
+    Currency GenericCopay = 0;
     qint16 GenCopayPS = 0;
     bool DaysSupply = false;
     QString Basis;

@@ -114,96 +114,18 @@ const ColumnTable<clsPatient>& patientColumns() {
     return table;
 }
 
-namespace {
-
-const ColumnOrder& readOrder() {
-    static const ColumnOrder order = records::readColumns(patientColumns());
-    return order;
-}
-
-const ColumnOrder& updateOrder() {
-    static const ColumnOrder order = patientColumns().order({"LastName",
-                                                             "FirstName",
-                                                             "MI",
-                                                             "AddressLine1",
-                                                             "AddressLine2",
-                                                             "City",
-                                                             "State",
-                                                             "ZipCode",
-                                                             "Country",
-                                                             "BillingAddress",
-                                                             "BillingCity",
-                                                             "BillingState",
-                                                             "BillingZipCode",
-                                                             "Telephone",
-                                                             "Fax",
-                                                             "Gender",
-                                                             "Birthdate",
-                                                             "AccountNumber",
-                                                             "MedicalRecordNum",
-                                                             "Unit",
-                                                             "Room",
-                                                             "Allergies",
-                                                             "Location",
-                                                             "WeightKg",
-                                                             "HeightCm",
-                                                             "Notes",
-                                                             "ChargeAccount",
-                                                             "ARCustomerID",
-                                                             "ForeignSigs",
-                                                             "MarriageStatus",
-                                                             "StudentStatus",
-                                                             "WorkPhone",
-                                                             "EMail",
-                                                             "PatInsID",
-                                                             "PatAllID",
-                                                             "Conditions",
-                                                             "EasyOpen",
-                                                             "SSN",
-                                                             "PriceTableID",
-                                                             "AllergiesLarge",
-                                                             "InjuryDate",
-                                                             "InjuryType",
-                                                             "QBListID",
-                                                             "EmployerID",
-                                                             "Diagnosis",
-                                                             "Spanish",
-                                                             "HIPPA",
-                                                             "AutoCharge",
-                                                             "CCAddressSame",
-                                                             "ImportID",
-                                                             "Pregnancy",
-                                                             "Smoker",
-                                                             "MDID",
-                                                             "AdmitDate",
-                                                             "CCNumber",
-                                                             "CCExpMonth",
-                                                             "CCExpYear",
-                                                             "CCName",
-                                                             "CCAddress",
-                                                             "CCZip",
-                                                             "DateChanged",
-                                                             "FacilityID"});
-    return order;
-}
-
-}  // namespace
-
 void clsPatient::GetData() {
     const ColumnTable<C>& table = patientColumns();
     Frame frame("clsPatient:GetData");
     frame.on(err::TimedOut, OnFailure::BoxAndLeave, showConnectionFailure);
-    records::loadRow(frame, table, table.selectList(readOrder()), PatientID, *this, readOrder());
+    table.load(frame, table.selectList(table.selected()), PatientID, *this, table.selected());
 }
 
 void clsPatient::Update() {
     Frame frame("clsPatient:Update");
-    frame([&] { resetIfUnbelievable(Birthdate); });
-    frame([&] { resetIfUnbelievable(InjuryDate); });
-    frame([&] {
-        const BoundStatement update = patientColumns().update(*this, PatientID, updateOrder());
-        records::mainConnection().Execute(update.sql, update.params);
-    });
+    resetIfUnbelievable(Birthdate);
+    resetIfUnbelievable(InjuryDate);
+    patientColumns().store(frame, *this, PatientID);
 }
 
 // The new patient keeps the dates the object held; everything else starts empty.
@@ -212,21 +134,19 @@ void clsPatient::Insert() {
     frame([&] {
         PatientID = Procedures::newKey(records::mainConnection(), QStringLiteral("NewPatient"));
     });
-    frame([&] {
-        const ColumnTable<C>& table = patientColumns();
-        for (const auto& column : table.columns()) {
-            if (column.name == table.key()) continue;
-            switch (column.property.type) {
-                case ValueType::Date:
-                    break;
-                case ValueType::Text:
-                    column.property.set(*this, QString());
-                    break;
-                default:
-                    column.property.set(*this, 0);
-            }
+    const ColumnTable<C>& table = patientColumns();
+    for (const auto& column : table.columns()) {
+        if (column.name == table.key()) continue;
+        switch (column.property.type) {
+            case ValueType::Date:
+                break;
+            case ValueType::Text:
+                column.property.set(*this, QString());
+                break;
+            default:
+                column.property.set(*this, 0);
         }
-    });
+    }
 }
 
 void clsPatient::Delete(bool Clean) {

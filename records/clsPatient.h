@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/text/Conversions.h"
+#include "session/text/ZeroDate.h"
 
 #include <QDateTime>
 #include <QString>

@@ -89,7 +89,6 @@ std::shared_ptr<const RejectTable> RejectTable::read() {
         ++table->rows_;
         rows.MoveNext();
     }
-    rows.Close();
     return table;
 }
 

@@ -15,8 +15,8 @@ void QtErrorReporter::ReportError(const QString& description, const QString& num
                                   bool flag4) {
     FileErrorReporter::ReportError(description, number, source, line, location, details, flag1,
                                    flag2, flag3, flag4);
-    last_ = ErrorReport{description, number, source, line,  location,
-                        details,     flag1,  flag2,  flag3, flag4};
+    last_ = ErrorReport{description, number, source, line,  location,           details,
+                        flag1,       flag2,  flag3,  flag4, reportedStatement()};
     if (!canShowScreen()) return;
     // A failure raised while the screen is open (a timer tick, say) is logged only:
     // one screen at a time.

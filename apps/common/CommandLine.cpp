@@ -46,10 +46,11 @@ void CommandLine::addFlag(const QString& name, const QString& description) {
     declaredOptions_.append({name, {}, description, Presence::Optional});
 }
 
-void CommandLine::addDatabaseOption() {
+void CommandLine::addDatabaseOption(Presence presence) {
     addOption(kDatabase, QStringLiteral("URL"),
               QStringLiteral("the pharmacy database; without it, TVRX_DB"));
     hasDatabase_ = true;
+    databaseRequired_ = presence == Presence::Required;
 }
 
 void CommandLine::addJsonOption() {
@@ -89,7 +90,7 @@ std::optional<QString> CommandLine::problemWithArguments() const {
         if (option.presence == Presence::Required && !parser_.isSet(option.name))
             return QStringLiteral("--%1 is required").arg(option.name);
     }
-    if (hasDatabase_ && database_.isEmpty()) {
+    if (hasDatabase_ && databaseRequired_ && database_.isEmpty()) {
         return QStringLiteral("no database: give --db URL or set TVRX_DB");
     }
     return std::nullopt;

@@ -34,8 +34,9 @@ public:
     void addOption(const QString& name, const QString& valueName, const QString& description,
                    Presence presence = Presence::Optional);
     void addFlag(const QString& name, const QString& description);
-    // "--db URL", taken from the environment variable TVRX_DB when not given.
-    void addDatabaseOption();
+    // "--db URL", taken from the environment variable TVRX_DB when not given. An optional
+    // database may be missing; the command then decides what it needs.
+    void addDatabaseOption(Presence presence = Presence::Required);
     // "--json": print one JSON object (docs/CLI.md).
     void addJsonOption();
     // Everything after the first argument is an argument, even when it starts with "-",
@@ -82,6 +83,7 @@ private:
     std::optional<Declared> furtherArguments_;
     QList<Declared> declaredOptions_;
     bool hasDatabase_ = false;
+    bool databaseRequired_ = true;
     bool hasJson_ = false;
     QStringList arguments_;
     QString database_;

@@ -33,5 +33,9 @@ Command logCommand();
 Command planCommand();
 Command showCommand();
 Command decodeCommand();
+Command submitCommand();
+Command priceCommand();
+Command newCommand();
+Command refillCommand();
 
 }  // namespace tvrx::cli

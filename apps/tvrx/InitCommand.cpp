@@ -7,61 +7,98 @@
 #include "session/runtime/Failure.h"
 
 #include <cstdio>
+#include <functional>
 
 namespace tvrx::cli {
 
 namespace {
 
 const QString kSample = QStringLiteral("sample");
+const QString kAltDb = QStringLiteral("alt-db");
 
 void declare(CommandLine& line) {
-    line.addDatabaseOption();
-    line.addFlag(kSample, QStringLiteral("load the sample pharmacy into an empty database"));
+    line.addDatabaseOption(CommandLine::Presence::Optional);
+    line.addOption(kAltDb, QStringLiteral("URL"),
+                   QStringLiteral("the alternate price source: its own price tables"));
+    line.addFlag(kSample, QStringLiteral(
+                              "load the sample pharmacy (or price tables) into an empty database"));
 }
 
-void printSchema(const SchemaReport& report) {
+void printSchema(const char* what, const SchemaReport& report) {
     if (report.applied.isEmpty()) {
-        std::printf("Schema: version %d, up to date\n", report.versionAfter);
+        std::printf("%s: version %d, up to date\n", what, report.versionAfter);
     } else {
-        std::printf("Schema: version %d (was %d; applied %s)\n", report.versionAfter,
+        std::printf("%s: version %d (was %d; applied %s)\n", what, report.versionAfter,
                     report.versionBefore, qPrintable(report.applied.join(QStringLiteral(", "))));
     }
 }
 
-void printSample(const SampleLoad& load) {
+void printSample(const char* what, const SampleLoad& load) {
     if (load.loaded) {
-        std::printf("Sample pharmacy: loaded, %d rows\n", load.rows);
+        std::printf("%s: loaded, %d rows\n", what, load.rows);
     } else {
-        std::printf("Sample pharmacy: not loaded, the database already holds records (table %s)\n",
+        std::printf("%s: not loaded, the database already holds records (table %s)\n", what,
                     qPrintable(load.occupiedTable));
     }
 }
 
-void printContents(DbConnection& connection) {
-    const QVariant store =
-        connection.Scalar(QStringLiteral("SELECT Name FROM Store ORDER BY StoreID"));
-    std::printf("Store: %s\n", store.isNull() ? "(none)" : qPrintable(store.toString()));
+void printRows(DbConnection& connection, const MigrationSet& set) {
     std::printf("Rows per table:\n");
-    for (const QString& table : schemaTables()) {
+    for (const QString& table : schemaTables(set)) {
         const qlonglong rows =
             connection.Scalar(QStringLiteral("SELECT COUNT(*) FROM %1").arg(table)).toLongLong();
         std::printf("  %-16s %lld\n", qPrintable(table), rows);
     }
 }
 
-int run(const CommandLine& line) {
-    RecordSession session(line);
-    const auto connection = session.open();
-    if (!connection) return kExitFailed;
+void initPharmacy(DbConnection& connection, bool sample) {
+    printSchema("Schema", applySchema(connection));
+    if (sample) printSample("Sample pharmacy", loadSamplePharmacy(connection));
+    const QVariant store =
+        connection.Scalar(QStringLiteral("SELECT Name FROM Store ORDER BY StoreID"));
+    std::printf("Store: %s\n", store.isNull() ? "(none)" : qPrintable(store.toString()));
+    printRows(connection, pharmacySchema());
+}
+
+void initPriceSource(DbConnection& connection, bool sample) {
+    printSchema("Price source schema", applySchema(connection, priceSourceSchema()));
+    if (sample) printSample("Sample price tables", loadPriceSourceSample(connection));
+    printRows(connection, priceSourceSchema());
+}
+
+// Opens the database and runs the work on it; a failure is one line naming the database.
+int initDatabase(const CommandLine& line, const QString& url,
+                 const std::function<void(DbConnection&)>& work) {
+    DbConnection connection;
     try {
-        printSchema(applySchema(*connection));
-        if (line.isSet(kSample)) printSample(loadSamplePharmacy(*connection));
-        printContents(*connection);
+        connection.setConnectionString(url);
+        connection.Open();
     } catch (const Failure& failure) {
-        return line.failed(QStringLiteral("%1: %2").arg(shownDatabase(line.database()),
-                                                        failure.description().simplified()));
+        return line.failed(QStringLiteral("cannot open the database %1: %2")
+                               .arg(shownDatabase(url), failure.description().simplified()));
+    }
+    try {
+        work(connection);
+    } catch (const Failure& failure) {
+        return line.failed(
+            QStringLiteral("%1: %2").arg(shownDatabase(url), failure.description().simplified()));
     }
     return kExitOk;
+}
+
+int run(const CommandLine& line) {
+    const bool sample = line.isSet(kSample);
+    const QString priceSource = line.value(kAltDb);
+    if (line.database().isEmpty() && priceSource.isEmpty())
+        return line.usageError(QStringLiteral("no database: give --db URL, --alt-db URL or both"));
+    RecordSession session(line);
+    if (!line.database().isEmpty()) {
+        const int done = initDatabase(line, line.database(),
+                                      [&](DbConnection& db) { initPharmacy(db, sample); });
+        if (done != kExitOk) return done;
+    }
+    if (priceSource.isEmpty()) return kExitOk;
+    return initDatabase(line, priceSource, [&](DbConnection& db) { initPriceSource(db, sample); });
 }
 
 }  // namespace
@@ -71,8 +108,9 @@ Command initCommand() {
             QStringLiteral(
                 "create or upgrade a pharmacy database, optionally with the sample pharmacy"),
             QStringLiteral("Creates the pharmacy's tables or brings them up to date, then counts\n"
-                           "their rows. URL: sqlite:///path/to/pharmacy.db, a bare path (SQLite),\n"
-                           "or postgresql://user@host:port/database."),
+                           "their rows; with --alt-db the same for an alternate price source.\n"
+                           "URL: sqlite:///path/to/pharmacy.db, a bare path (SQLite), or\n"
+                           "postgresql://user@host:port/database."),
             declare, run};
 }
 

@@ -1,5 +1,7 @@
 #include "Command.h"
 
+#include "session/data/Connections.h"
+
 #include <QCoreApplication>
 
 #include <cstdio>
@@ -8,9 +10,10 @@ namespace tvrx::cli {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
-        encodeCommand(), exchangeCommand(),   initCommand(),
-        showCommand(),   logCommand(),        planCommand(),
-        decodeCommand(), claimBuildCommand(), claimExplainCommand(),
+        encodeCommand(),       exchangeCommand(), initCommand(),   showCommand(),
+        logCommand(),          planCommand(),     decodeCommand(), claimBuildCommand(),
+        claimExplainCommand(), submitCommand(),   priceCommand(),  newCommand(),
+        refillCommand(),
     };
     return all;
 }
@@ -94,6 +97,17 @@ int run(const QStringList& arguments) {
     return kExitUsage;
 }
 
+// The library's box only says the lookup database is missing; the user also needs to know
+// where it was looked for.
+void sayWhereTheLookupWasSought() {
+    const LibraryFile search = mdlMain::lastLookupSearch();
+    if (search.searched.isEmpty() || !search.path.isEmpty()) return;
+    std::fprintf(stderr, "tvrx: %s was not found in any of these folders:\n",
+                 qPrintable(mdlMain::lookupFileName()));
+    for (const QString& folder : search.searched)
+        std::fprintf(stderr, "  %s\n", qPrintable(folder));
+}
+
 }  // namespace
 }  // namespace tvrx::cli
 
@@ -101,7 +115,9 @@ int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tvrx"));
     try {
-        return tvrx::cli::run(QCoreApplication::arguments().mid(1));
+        const int exitCode = tvrx::cli::run(QCoreApplication::arguments().mid(1));
+        tvrx::cli::sayWhereTheLookupWasSought();
+        return exitCode;
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "tvrx: %s\n", failure.what());
     } catch (...) {

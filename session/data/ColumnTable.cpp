@@ -63,6 +63,16 @@ QVariant dateWritten(const ColumnSpec& column, const QVariant& value) {
     return conv::ToDate(text);
 }
 
+// The property's value as the write forms take it: a text member never hands on a null,
+// and currency keeps four places.
+QVariant writtenValue(ValueType type, const QVariant& value) {
+    if (type == ValueType::Text) return textOf(value);
+    // A currency member of the platform held four decimal places whatever was assigned
+    // to it; the database must not round a fifth place its own way.
+    if (type == ValueType::Currency && !isNull(value)) return conv::RoundCurrency(value.toDouble());
+    return value;
+}
+
 }  // namespace
 
 bool holdsDate(const QVariant& value) {
@@ -81,8 +91,11 @@ bool holdsDate(const QVariant& value) {
 QString textOf(const QVariant& value) {
     if (isNull(value)) return QStringLiteral("");
     switch (value.typeId()) {
-        case QMetaType::QString:
-            return value.toString();
+        case QMetaType::QString: {
+            // Joined to a text, a null QString gives an empty text like any other.
+            const QString text = value.toString();
+            return text.isNull() ? QStringLiteral("") : text;
+        }
         case QMetaType::Bool:
             return value.toBool() ? QStringLiteral("True") : QStringLiteral("False");
         case QMetaType::Double:
@@ -100,6 +113,7 @@ QString textOf(const QVariant& value) {
 }
 
 std::optional<QVariant> readField(const RecordSet& rs, const ColumnSpec& column) {
+    if (column.read.kind == ReadForm::Kind::FromRow) return column.read.rowRule(rs);
     const QVariant field = fieldOf(rs, column);
     switch (column.read.kind) {
         case ReadForm::Kind::NotRead:
@@ -119,6 +133,8 @@ std::optional<QVariant> readField(const RecordSet& rs, const ColumnSpec& column)
             return field;
         case ReadForm::Kind::Custom:
             return column.read.rule(field);
+        case ReadForm::Kind::FromRow:  // taken above, before the field is read
+            break;
     }
     return std::nullopt;
 }
@@ -145,11 +161,7 @@ QVariant convertTo(ValueType type, const QVariant& value) {
 }
 
 QVariant boundValue(const ColumnSpec& column, const QVariant& value) {
-    // A currency member of the platform held four decimal places whatever was assigned
-    // to it; the database must not round a fifth place its own way.
-    QVariant propertyValue = column.type == ValueType::Currency && !isNull(value)
-                                 ? QVariant(conv::RoundCurrency(value.toDouble()))
-                                 : value;
+    QVariant propertyValue = writtenValue(column.type, value);
     const WriteForm& form = column.write;
     switch (form.kind) {
         case WriteForm::Kind::NotWritten:

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "session/data/DbConnection.h"
+#include "session/data/MainConnection.h"
 #include "session/data/RecordSet.h"
 #include "session/runtime/Frame.h"
+#include "session/text/Currency.h"
 
 #include <QDateTime>
 #include <QString>
@@ -16,7 +19,7 @@
 #include <vector>
 
 // The columns of a record class, described once as data, and the one piece of code that
-// reads a row into a record and builds the bound statements that write it back.
+// reads a row into a record and writes the record back with a bound statement.
 //
 // A record lists each column with the property behind it, the way the row is read into
 // the property and the way the property is written to the column:
@@ -29,28 +32,23 @@
 //         {"InsCode", member(&C::InsCode), R::none(), W::quotedRaw()},
 //         {"subscribersname", member(&C::SubscribersName), R::text(), W::quotedDoubled()},
 //         {"ExpDate", member(&C::ExpDate), R::ifDate(), W::date("MM/DD/YYYY")},
-//         {"Fee", currency(&C::Fee), R::zeroText(), W::value()},
+//         {"Fee", member(&C::Fee), R::zeroText(), W::value()},
 //         {"Code", member(&C::Code), R::text().at(3), W::doubledThenCut(10)},
 //     });
-//     // Where the row is read in another order than the statement writes it:
-//     static const ColumnOrder readOrder = table.order({"InsID", "ExpDate", "subscribersname"});
 //
 //     Frame frame("PATINS:GetData");
-//     RecordSet rs;
-//     frame([&] { rs = connection.OpenRecordSet(table.selectAll(), {PatInsID}); });
-//     table.read(frame, rs, *this, readOrder);  // one frame step per column
+//     const bool found = table.load(frame, table.selectAll(), PatInsID, *this, table.all());
 //
 //     Frame frame("PATINS:Update");
-//     frame([&] {
-//         const BoundStatement update = table.update(*this, PatInsID);  // description's order
-//         connection.Execute(update.sql, update.params);
-//     });
+//     table.store(frame, *this, PatInsID);
 //
-// A record whose SELECT list, read and UPDATE each take their own order names three
-// orders and passes them: table.selectList(selectOrder), table.read(frame, rs, *this,
-// readOrder), table.update(*this, key, updateOrder). An order may leave columns out (a
-// refill's update without the original's columns). The description itself lists every
-// column once; a column that one statement must not touch has R::none() or W::none().
+// The description lists every column once, in the order the record reads its row: a
+// setter that reads another record runs in its turn, and where two columns can fail, the
+// first one's failure is reported first. A record that reads some columns apart (a fill
+// reads its original's columns from another row) reads the rest with read() and an order
+// of its own. A column no statement selects has a property that takes no value (the
+// change date); a column the UPDATE leaves out has W::none(), and one that only an
+// original fill's row takes (not a refill's) is flagged onOriginalRowOnly().
 //
 // Reading a column: the read form turns the field into a value, then the strict conversion
 // of the property's type (ToInteger, ToLong, ToCurrency, ToDate, ...) makes the property's
@@ -58,12 +56,16 @@
 // a bad column costs one report and leaves its property as it was; the rest still reads.
 //
 // Writing a column: the write form turns the property's value into the value that the
-// record's original statement text would have stored, and that value is bound. The
-// statement's column list, its order and the key come from the same description.
+// record's original statement text would have stored, and that value is bound. The UPDATE
+// lists the written columns in the order of the description. Why that order matters: the
+// values are made one after another, and a write conversion that fails (a number beyond a
+// double's text, a date without a text form, a record's own rule) stops the statement
+// with that one report, so where several can fail the description keeps them in the order
+// the record has always written them; the stored row does not depend on the order.
 namespace tvrx {
 
 // The types of the record properties: 16-bit integer (qint16), 32-bit integer (qint32),
-// double, currency (double rounded to four places), date (QDateTime), text, boolean.
+// double, currency (Currency, four places), date (QDateTime), text, boolean.
 enum class ValueType { Integer, Long, Double, Currency, Date, Text, Boolean };
 
 // How a column is read into its property.
@@ -77,6 +79,7 @@ struct ReadForm {
         NullScreen,  // ScreenForNull with the default, converted
         IfDate,      // only when the field holds a date; otherwise the property stays
         Custom,      // the record's own rule
+        FromRow,     // the record's own rule over the whole row
     };
 
     Kind kind = Kind::NotRead;
@@ -85,6 +88,7 @@ struct ReadForm {
     // Read by 0-based position in the result instead of by name.
     int position = -1;
     std::function<QVariant(const QVariant& field)> rule;
+    std::function<QVariant(const RecordSet& row)> rowRule;
 
     static ReadForm none() { return {}; }
     static ReadForm converted() { return of(Kind::Converted); }
@@ -102,6 +106,12 @@ struct ReadForm {
     static ReadForm custom(std::function<QVariant(const QVariant& field)> rule) {
         ReadForm form = of(Kind::Custom);
         form.rule = std::move(rule);
+        return form;
+    }
+    // The rule gets the current row (a value kept in two columns) and gives the value.
+    static ReadForm fromRow(std::function<QVariant(const RecordSet& row)> rule) {
+        ReadForm form = of(Kind::FromRow);
+        form.rowRule = std::move(rule);
         return form;
     }
     ReadForm at(int fieldPosition) const {
@@ -139,6 +149,8 @@ struct WriteForm {
     QVariant trueValue = -1;
     QVariant falseValue = 0;
     std::function<QVariant(const QVariant& property)> rule;
+    // Written to an original fill's row only; a refill's UPDATE leaves the column out.
+    bool originalRowOnly = false;
 
     static WriteForm none() { return {}; }
     static WriteForm value() { return of(Kind::Value); }
@@ -167,6 +179,11 @@ struct WriteForm {
         form.rule = std::move(rule);
         return form;
     }
+    WriteForm onOriginalRowOnly() const {
+        WriteForm form = *this;
+        form.originalRowOnly = true;
+        return form;
+    }
 
 private:
     static WriteForm of(Kind kind) {
@@ -177,12 +194,16 @@ private:
 };
 
 // A property of a record: its type and how to get and set it. Values travel as QVariants
-// of one kind per type: int for both integer types, double, QDateTime, QString, bool.
+// of one kind per type: int for both integer types, double for double and currency,
+// QDateTime, QString, bool.
 template <class Record>
 struct Property {
     ValueType type;
     std::function<QVariant(const Record&)> get;
     std::function<void(Record&, const QVariant&)> set;
+    // False for a value that is written but never read back (the change date): its column
+    // is not selected.
+    bool takesValue = true;
 };
 
 namespace columns {
@@ -195,6 +216,8 @@ constexpr ValueType typeOf() {
         return ValueType::Long;
     } else if constexpr (std::is_same_v<T, double>) {
         return ValueType::Double;
+    } else if constexpr (std::is_same_v<T, Currency>) {
+        return ValueType::Currency;
     } else if constexpr (std::is_same_v<T, QDateTime>) {
         return ValueType::Date;
     } else if constexpr (std::is_same_v<T, QString>) {
@@ -209,6 +232,8 @@ template <class T>
 QVariant held(const T& value) {
     if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
         return QVariant(static_cast<int>(value));
+    } else if constexpr (std::is_same_v<T, Currency>) {
+        return QVariant(static_cast<double>(value));
     } else {
         return QVariant::fromValue(value);
     }
@@ -218,6 +243,8 @@ template <class T>
 T unheld(const QVariant& value) {
     if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
         return static_cast<T>(value.toInt());
+    } else if constexpr (std::is_same_v<T, Currency>) {
+        return Currency(value.toDouble());
     } else {
         return value.value<T>();
     }
@@ -225,7 +252,7 @@ T unheld(const QVariant& value) {
 
 }  // namespace columns
 
-// A plain member: qint16, qint32, double, QDateTime, QString or bool.
+// A plain member: qint16, qint32, double, Currency, QDateTime, QString or bool.
 template <class Record, class T>
 Property<Record> member(T Record::*field) {
     return {columns::typeOf<T>(),
@@ -233,14 +260,6 @@ Property<Record> member(T Record::*field) {
             [field](Record& record, const QVariant& value) {
                 record.*field = columns::unheld<T>(value);
             }};
-}
-
-// A currency member: a double that conversions round to four places.
-template <class Record>
-Property<Record> currency(double Record::*field) {
-    Property<Record> property = member(field);
-    property.type = ValueType::Currency;
-    return property;
 }
 
 // A property with behaviour: its getter and its setter.
@@ -296,6 +315,17 @@ int positionOf(const std::vector<ColumnSpec>& columnSpecs, const QString& table,
 
 }  // namespace columns
 
+// Which rows of a prescription number an UPDATE writes: an original fill's row takes
+// every written column, a refill's leaves out those kept on the original's row only. Any
+// other record's row is an original.
+enum class RowWritten { Original, Refill };
+
+// Where GetData goes when its test for a row fails (the query could not be opened): as
+// the record's original handler resumed, into the branch the test opened. A record that
+// asks "is there a row?" reads on; one that asks "is there none?" takes its missing-row
+// steps.
+enum class FailedRowTest { ReadsOn, MissesTheRow };
+
 template <class Record>
 class ColumnTable {
 public:
@@ -308,9 +338,12 @@ public:
 
     ColumnTable(QString table, QString key, std::initializer_list<Column> columns)
         : table_(std::move(table)), key_(std::move(key)), columns_(columns) {
-        for (const Column& column : columns_)
+        for (int i = 0; i < static_cast<int>(columns_.size()); ++i) {
+            const Column& column = columns_[static_cast<size_t>(i)];
             specs_.push_back({column.name, column.property.type, column.read, column.write});
-        for (int i = 0; i < static_cast<int>(columns_.size()); ++i) all_.push_back(i);
+            all_.push_back(i);
+            if (column.property.takesValue) selected_.push_back(i);
+        }
     }
 
     const QString& table() const { return table_; }
@@ -318,20 +351,15 @@ public:
     const std::vector<Column>& columns() const { return columns_; }
     // Every column, in the order of the description.
     const ColumnOrder& all() const { return all_; }
+    // Every column whose property takes a value, in the order of the description: what a
+    // record's GetData selects when it names its columns.
+    const ColumnOrder& selected() const { return selected_; }
 
     // The named columns in the order given.
     ColumnOrder order(std::initializer_list<const char*> names) const {
         ColumnOrder result;
         for (const char* name : names)
             result.push_back(columns::positionOf(specs_, table_, QString::fromLatin1(name)));
-        return result;
-    }
-
-    // The columns named in a text, separated by blanks, in the order given.
-    ColumnOrder order(const QString& names) const {
-        ColumnOrder result;
-        for (const QString& name : names.split(QLatin1Char(' '), Qt::SkipEmptyParts))
-            result.push_back(columns::positionOf(specs_, table_, name));
         return result;
     }
 
@@ -349,8 +377,27 @@ public:
         return columns::selectText(table_, names(order), key_);
     }
 
+    // The read of a GetData: opens the query with the key on the session's main connection
+    // and tests for a row, each a step of the caller's frame; with a row, reads the order's
+    // columns into the record. Gives whether the row was read; rs keeps the result for a
+    // record that reads more of it. A missing row leaves the record to the caller.
+    bool load(Frame& frame, RecordSet& rs, const QString& query, const QVariant& key,
+              Record& record, const ColumnOrder& order,
+              FailedRowTest failedTest = FailedRowTest::ReadsOn) const {
+        frame([&] { rs = records::mainConnection().OpenRecordSet(query, {key}); });
+        bool hasRow = failedTest == FailedRowTest::ReadsOn;
+        frame([&] { hasRow = !rs.Eof(); });
+        if (hasRow) read(frame, rs, record, order);
+        return hasRow;
+    }
+    bool load(Frame& frame, const QString& query, const QVariant& key, Record& record,
+              const ColumnOrder& order, FailedRowTest failedTest = FailedRowTest::ReadsOn) const {
+        RecordSet rs;
+        return load(frame, rs, query, key, record, order, failedTest);
+    }
+
     // Reads the current row of rs into the record, one frame step per column that the
-    // order names and its read form reads.
+    // order (or the description) names and its read form reads.
     void read(Frame& frame, const RecordSet& rs, Record& record) const {
         read(frame, rs, record, all_);
     }
@@ -367,22 +414,28 @@ public:
         });
     }
 
-    // "UPDATE table SET c1 = ?, ... WHERE key = ?": the written columns of the order, their
-    // bound values, then the key's value.
-    BoundStatement update(const Record& record, const QVariant& keyValue) const {
-        return update(record, keyValue, all_);
+    // The write of an Update: the UPDATE below, run on the session's main connection as one
+    // step of the caller's frame.
+    void store(Frame& frame, const Record& record, const QVariant& keyValue,
+               RowWritten row = RowWritten::Original) const {
+        frame([&] {
+            const BoundStatement statement = update(record, keyValue, row);
+            records::mainConnection().Execute(statement.sql, statement.params);
+        });
     }
+
+    // "UPDATE table SET c1 = ?, ... WHERE key = ?": the columns the row takes, in the order
+    // of the description, their bound values, then the key's value.
     BoundStatement update(const Record& record, const QVariant& keyValue,
-                          const ColumnOrder& order) const {
-        auto [written, params] = values(record, order);
+                          RowWritten row = RowWritten::Original) const {
+        auto [written, params] = values(record, row);
         params.append(keyValue);
         return {columns::updateText(table_, written, key_), params};
     }
 
-    // "INSERT INTO table (c1, ...) VALUES (?, ...)": the written columns of the order.
-    BoundStatement insert(const Record& record) const { return insert(record, all_); }
-    BoundStatement insert(const Record& record, const ColumnOrder& order) const {
-        auto [written, params] = values(record, order);
+    // "INSERT INTO table (c1, ...) VALUES (?, ...)": every written column.
+    BoundStatement insert(const Record& record) const {
+        auto [written, params] = values(record, RowWritten::Original);
         return {columns::insertText(table_, written), params};
     }
 
@@ -393,13 +446,14 @@ public:
     }
 
 private:
-    // The written columns' names and their bound values.
-    std::pair<QStringList, QVariantList> values(const Record& record,
-                                                const ColumnOrder& order) const {
+    // The names and bound values of the columns the row takes.
+    std::pair<QStringList, QVariantList> values(const Record& record, RowWritten row) const {
         QStringList written;
         QVariantList params;
-        for (int i : order) {
-            if (specs_[static_cast<size_t>(i)].write.kind == WriteForm::Kind::NotWritten) continue;
+        for (int i : all_) {
+            const WriteForm& form = specs_[static_cast<size_t>(i)].write;
+            if (form.kind == WriteForm::Kind::NotWritten) continue;
+            if (form.originalRowOnly && row == RowWritten::Refill) continue;
             written.append(columns_[static_cast<size_t>(i)].name);
             params.append(bound(record, i));
         }
@@ -411,6 +465,7 @@ private:
     std::vector<Column> columns_;
     std::vector<ColumnSpec> specs_;
     ColumnOrder all_;
+    ColumnOrder selected_;
 };
 
 }  // namespace tvrx

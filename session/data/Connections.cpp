@@ -7,6 +7,7 @@
 #include "session/runtime/ErrorReporter.h"
 #include "session/runtime/Failure.h"
 #include "session/runtime/Frame.h"
+#include "session/runtime/LibraryFiles.h"
 #include "session/runtime/Session.h"
 #include "session/runtime/UserInteraction.h"
 
@@ -17,6 +18,8 @@ namespace tvrx::mdlMain {
 namespace {
 
 const QString kLookupFile = QStringLiteral("datalookup.db");
+
+thread_local LibraryFile lookupSearch;
 
 void showTimedOutBox() {
     user().MsgBox(QStringLiteral("It appears that your data connection has timed out. We "
@@ -44,10 +47,22 @@ DbConnection& mainConnection() {
     return *MainConnection;
 }
 
+// The folder the error report names as the application's: the host's folder of library
+// files, or else the folder the library file lies in.
+QString applicationPath(const AppConfig& config) {
+    if (!config.LibraryFolder.isEmpty()) return config.LibraryFolder;
+    const QString library = libraryFilePath();
+    return library.isEmpty() ? QString() : QFileInfo(library).path();
+}
+
 }  // namespace
 
 QString lookupFileName() {
     return kLookupFile;
+}
+
+LibraryFile lastLookupSearch() {
+    return lookupSearch;
 }
 
 bool StartErrors() {
@@ -61,7 +76,7 @@ bool StartErrors() {
             mainConnection().OpenRecordSet(QStringLiteral("Select Email, Name, Phone From Store"));
     });
     const AppConfig config = appConfig();
-    frame([&] { reporter().setApplicationPath(config.LibraryFolder); });
+    frame([&] { reporter().setApplicationPath(applicationPath(config)); });
     frame([&] { reporter().setProductName(config.ProductName); });
     frame([&] { reporter().setVersion(config.versionText()); });
     frame([&] { reporter().setReporterOption(false); });
@@ -95,12 +110,12 @@ bool ConnectLookup() {
             result = true;
             return;
         }
-        const QString path = appConfig().LibraryFolder + QLatin1Char('/') + kLookupFile;
-        if (!QFileInfo::exists(path)) {
+        lookupSearch = findLibraryFile(kLookupFile);
+        if (lookupSearch.path.isEmpty()) {
             showLookupMissingBox();
             return;
         }
-        LookupConnection->setConnectionString(QStringLiteral("sqlite://") + path);
+        LookupConnection->setConnectionString(QStringLiteral("sqlite://") + lookupSearch.path);
         LookupConnection->setReadOnly(true);
         LookupConnection->Open();
         result = true;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/runtime/LibraryFiles.h"
+
 #include <QString>
 
 #include <memory>
@@ -20,6 +22,10 @@ bool CheckConnection();
 
 // The lookup file's name in the library's folder.
 QString lookupFileName();
+// The last search for the lookup file on this thread: where it was found (empty when it
+// was not) and the folders searched (none before the first search). It outlives
+// resetSession(), so a host can say where the library looked after the session ended.
+LibraryFile lastLookupSearch();
 
 enum class ConnectionVariant {
     Standard,

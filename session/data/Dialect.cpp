@@ -58,9 +58,31 @@ QString Dialect::textEquals(const QString& column) const {
     return QStringLiteral("UPPER(RTRIM(%1)) = UPPER(RTRIM(?))").arg(column);
 }
 
+QString Dialect::beginLocked() const {
+    return backend_ == Backend::PostgreSQL ? QStringLiteral("BEGIN")
+                                           : QStringLiteral("BEGIN IMMEDIATE");
+}
+
+QString Dialect::lockStatement() const {
+    return backend_ == Backend::PostgreSQL
+               ? QStringLiteral("SELECT pg_advisory_xact_lock(hashtext(?))")
+               : QString();
+}
+
 QString Dialect::insertEmptyRow(const QString& table, const QString& keyColumn) const {
     // Both products accept RETURNING (SQLite since 3.35).
     return QStringLiteral("INSERT INTO %1 DEFAULT VALUES RETURNING %2").arg(table, keyColumn);
+}
+
+QString Dialect::keyCounterCatchUp(const QString& table, const QString& keyColumn) const {
+    if (backend_ != Backend::PostgreSQL) return {};
+    // nextval() tells where the counter stands and never goes back, whoever else asks at the
+    // same moment; the value it takes is a gap in the keys and nothing more.
+    return QStringLiteral(
+               "WITH counter AS (SELECT pg_get_serial_sequence(?, ?) AS name) "
+               "SELECT setval(counter.name, MAX(%1)) FROM %2, counter GROUP BY counter.name "
+               "HAVING MAX(%1) >= nextval(counter.name)")
+        .arg(keyColumn, table);
 }
 
 QString Dialect::ddl(const QString& text) const {
@@ -79,7 +101,9 @@ QVariant Dialect::bindable(const QVariant& value) {
             QString text = value.toString();
             // PostgreSQL cannot store character 0; neither back end gets it.
             text.remove(QChar(0));
-            return text;
+            // Qt's drivers store a null QString as NULL; a text member that nobody typed
+            // into is an empty text all the same, and later reads compare it with "".
+            return text.isNull() ? QStringLiteral("") : text;
         }
         case QMetaType::QDateTime:
             return dateTimeText(value.toDateTime());

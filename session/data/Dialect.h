@@ -52,8 +52,22 @@ public:
     // blanks, as the pharmacy's original server compared text. One placeholder.
     QString textEquals(const QString& column) const;
 
+    // A transaction in which a read-then-insert runs alone among the workstations: SQLite
+    // takes the database's write lock at once (BEGIN IMMEDIATE); PostgreSQL begins, and
+    // lockStatement() then takes a transaction-level advisory lock on a name (one bound
+    // value), released at COMMIT or ROLLBACK. Empty lockStatement() where BEGIN suffices.
+    QString beginLocked() const;
+    QString lockStatement() const;
+
     // Inserts a row of defaults only and returns its key as the statement's one row.
     QString insertEmptyRow(const QString& table, const QString& keyColumn) const;
+    // Moves the counter that hands out a table's keys past the highest key in the table,
+    // if it is not past it already. Rows written with keys of their own (an import, another
+    // program) leave PostgreSQL's counter where it was; SQLite's follows every key written,
+    // so there the text is empty. Two placeholders: the catalogName() of the table and of
+    // its key column. The one row holds the new position, or there is no row when the
+    // counter was past already.
+    QString keyCounterCatchUp(const QString& table, const QString& keyColumn) const;
     // The name under which the database's catalogue keeps an unquoted identifier:
     // PostgreSQL folds it to lower case, SQLite keeps it as written.
     QString catalogName(const QString& identifier) const;
@@ -63,6 +77,8 @@ public:
 
     // The form a value takes as a bound parameter on either back end: character 0
     // removed from text, date-times as "yyyy-MM-dd HH:mm:ss" text, booleans as 1 or 0.
+    // A QString, null or not, binds as a text; only an invalid (or null) QVariant, the
+    // form a database NULL is read in, binds as NULL.
     static QVariant bindable(const QVariant& value);
     // "yyyy-MM-dd HH:mm:ss", the stored form of every date-time.
     static QString dateTimeText(const QDateTime& value);

@@ -17,4 +17,8 @@ std::span<const EmbeddedFile> schemaMigrationFiles();
 // The sample pharmacy (db/sample): one tab-separated file per table.
 std::span<const EmbeddedFile> samplePharmacyFiles();
 
+// The alternate price source (db/pricesource): its migrations and its sample price tables.
+std::span<const EmbeddedFile> priceSourceMigrationFiles();
+std::span<const EmbeddedFile> priceSourceSampleFiles();
+
 }  // namespace tvrx

@@ -1,6 +1,8 @@
 #include "session/data/Procedures.h"
 
 #include "session/data/DbConnection.h"
+#include "session/data/FillProcedures.h"
+#include "session/data/LifecycleProcedures.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 
@@ -11,14 +13,31 @@ namespace tvrx {
 
 namespace {
 
+// How often a new key is asked for when the one handed out was taken.
+constexpr int kNewKeyAttempts = 5;
+
+// The database hands out the key, so two workstations asking at once never get the same
+// one. But a row written with a key of its own (a pharmacy bringing its data, any host's
+// loader) may hold the key the counter hands out next: the insert then fails on the key,
+// the counter is moved past the highest key in the table, and the insert runs again. Only
+// a row this insert made gives its key back, so no key handed out is ever a taken one.
+qint32 insertEmptyRow(DbConnection& connection, const QString& table, const QString& key) {
+    for (int attempt = 1;; ++attempt) {
+        try {
+            return connection.Scalar(connection.dialect().insertEmptyRow(table, key)).toInt();
+        } catch (const Failure& failure) {
+            const bool keyTaken = failure.number() == err::ConstraintViolated;
+            if (!keyTaken || attempt == kNewKeyAttempts) throw;
+        }
+        Procedures::catchUpKeyCounter(connection, table, key);
+    }
+}
+
 Procedures::Procedure newKeyProcedure(const Procedures::NewKey& entry) {
     const QString table = QString::fromLatin1(entry.table);
     const QString key = QString::fromLatin1(entry.keyColumn);
     return [table, key](DbConnection& connection, const QVariantList&) {
-        // The database hands out the key, so two workstations asking at once never
-        // get the same one.
-        return Procedures::Result{
-            connection.Scalar(connection.dialect().insertEmptyRow(table, key)), RecordSet()};
+        return Procedures::Result{insertEmptyRow(connection, table, key), RecordSet()};
     };
 }
 
@@ -44,6 +63,10 @@ struct Registry {
             procedures[canonical(QString::fromLatin1(entry.name))] = newKeyProcedure(entry);
         }
         procedures[canonical(QStringLiteral("PatientIns"))] = patientIns;
+        for (auto& [name, procedure] : fillProcedures())
+            procedures[canonical(QString::fromLatin1(name))] = std::move(procedure);
+        for (auto& [name, procedure] : lifecycleProcedures())
+            procedures[canonical(QString::fromLatin1(name))] = std::move(procedure);
     }
 };
 
@@ -96,6 +119,14 @@ Procedures::Result Procedures::call(DbConnection& connection, const QString& nam
 
 qint32 Procedures::newKey(DbConnection& connection, const QString& name) {
     return call(connection, name).ReturnValue.toInt();
+}
+
+void Procedures::catchUpKeyCounter(DbConnection& connection, const QString& table,
+                                   const QString& keyColumn) {
+    const Dialect& dialect = connection.dialect();
+    const QString catchUp = dialect.keyCounterCatchUp(table, keyColumn);
+    if (catchUp.isEmpty()) return;
+    connection.Scalar(catchUp, {dialect.catalogName(table), dialect.catalogName(keyColumn)});
 }
 
 }  // namespace tvrx

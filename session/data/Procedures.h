@@ -21,7 +21,9 @@ public:
         // "@RETURN_VALUE"; null when the procedure returns none.
         QVariant ReturnValue;
         // The rows the procedure selects, if any (a closed record set when none).
-        RecordSet rows;
+        RecordSet rows = {};
+        // The output parameters by name ("@RxNumber"); empty when the procedure has none.
+        QVariantMap Output = {};
     };
     using Procedure = std::function<Result(DbConnection& connection, const QVariantList& args)>;
 
@@ -41,7 +43,14 @@ public:
                        const QVariantList& args = {});
     // "Call a procedure for a new key": NewPatIns, NewPatient, NewDoc, NewDrug,
     // NewFacility, NewInsurance insert an otherwise empty row and return its key.
+    // A key they hand out is never one that is taken, whoever wrote the rows.
     static qint32 newKey(DbConnection& connection, const QString& name);
+
+    // Moves the counter that numbers a table's new rows past the highest key the table
+    // holds, where rows written with keys of their own left it behind (PostgreSQL; SQLite's
+    // counter follows every key written). A table whose key is not numbered is left alone.
+    static void catchUpKeyCounter(DbConnection& connection, const QString& table,
+                                  const QString& keyColumn);
 };
 
 }  // namespace tvrx

@@ -2,8 +2,10 @@
 
 #include "session/data/DbConnection.h"
 #include "session/data/EmbeddedFiles.h"
+#include "session/data/Procedures.h"
 #include "session/data/Schema.h"
 #include "session/data/TabSeparated.h"
+#include "session/data/TableRegistry.h"
 #include "session/data/Transaction.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
@@ -19,9 +21,9 @@ struct SampleTable {
     QString text;
 };
 
-std::vector<SampleTable> sampleFiles() {
+std::vector<SampleTable> sampleFiles(std::span<const EmbeddedFile> embedded) {
     std::vector<SampleTable> files;
-    for (const EmbeddedFile& file : samplePharmacyFiles()) {
+    for (const EmbeddedFile& file : embedded) {
         QString table = QString::fromUtf8(file.name.data(), qsizetype(file.name.size()));
         table.chop(4);  // ".tsv"
         files.push_back({table, QString::fromUtf8(file.text.data(), qsizetype(file.text.size()))});
@@ -33,20 +35,12 @@ bool holdsRows(DbConnection& connection, const QString& table) {
     return connection.Scalar(QStringLiteral("SELECT COUNT(*) FROM %1").arg(table)).toLongLong() > 0;
 }
 
-// The sample writes its own keys. SQLite's key counter follows every key written, but a
-// PostgreSQL identity keeps counting from 1 until it is told where the keys stand, and the
-// next new patient would then collide with a sample one.
+// The sample writes its own keys. The new-key procedures look after themselves, but rows
+// that other code adds with a plain insert (a fill's change log, a drug's dosing times)
+// take the counter's next key, and a PostgreSQL counter does not follow keys written.
 void catchUpKeyNumbering(DbConnection& connection, const QString& table) {
-    if (connection.backend() != Backend::PostgreSQL) return;
-    const QVariant key =
-        connection.Scalar(QStringLiteral("SELECT column_name FROM information_schema.columns WHERE "
-                                         "table_schema = current_schema() "
-                                         "AND table_name = ? AND is_identity = 'YES'"),
-                          {table.toLower()});
-    if (key.isNull()) return;
-    connection.Scalar(QStringLiteral("SELECT setval(pg_get_serial_sequence(?, ?), MAX(%1)) FROM %2")
-                          .arg(key.toString(), table),
-                      {table.toLower(), key.toString()});
+    const QString key = TableRegistry::keyColumn(table);
+    if (!key.isEmpty()) Procedures::catchUpKeyCounter(connection, table, key);
 }
 
 int loadAll(DbConnection& connection, const std::vector<SampleTable>& files) {
@@ -58,11 +52,26 @@ int loadAll(DbConnection& connection, const std::vector<SampleTable>& files) {
     return rows;
 }
 
+// Loads the files in one transaction unless one of their tables already holds rows.
+SampleLoad loadSample(DbConnection& connection, const std::vector<SampleTable>& files) {
+    SampleLoad result;
+    for (const SampleTable& file : files) {
+        if (!holdsRows(connection, file.table)) continue;
+        result.occupiedTable = file.table;
+        return result;
+    }
+    Transaction transaction(connection);
+    result.rows = loadAll(connection, files);
+    transaction.commit();
+    result.loaded = true;
+    return result;
+}
+
 }  // namespace
 
 QStringList sampleTables() {
     QStringList tables;
-    for (const SampleTable& file : sampleFiles()) tables << file.table;
+    for (const SampleTable& file : sampleFiles(samplePharmacyFiles())) tables << file.table;
     return tables;
 }
 
@@ -82,18 +91,11 @@ int loadTabSeparated(DbConnection& connection, const QString& table, const QStri
 }
 
 SampleLoad loadSamplePharmacy(DbConnection& connection) {
-    const std::vector<SampleTable> files = sampleFiles();
-    SampleLoad result;
-    for (const SampleTable& file : files) {
-        if (!holdsRows(connection, file.table)) continue;
-        result.occupiedTable = file.table;
-        return result;
-    }
-    Transaction transaction(connection);
-    result.rows = loadAll(connection, files);
-    transaction.commit();
-    result.loaded = true;
-    return result;
+    return loadSample(connection, sampleFiles(samplePharmacyFiles()));
+}
+
+SampleLoad loadPriceSourceSample(DbConnection& connection) {
+    return loadSample(connection, sampleFiles(priceSourceSampleFiles()));
 }
 
 }  // namespace tvrx

@@ -22,7 +22,12 @@ struct SampleLoad {
 // any of these tables is left alone. Everything is loaded in one transaction.
 SampleLoad loadSamplePharmacy(DbConnection& connection);
 
-// The tables the sample fills, in load order.
+// Loads the sample price tables of the alternate price source (db/pricesource/sample) into
+// a database that has that source's schema, with the same rules: nothing into tables that
+// already hold rows, everything in one transaction.
+SampleLoad loadPriceSourceSample(DbConnection& connection);
+
+// The tables the sample pharmacy fills, in load order.
 QStringList sampleTables();
 
 // Loads tab-separated text into a table: the header row names the columns, an empty field

@@ -11,12 +11,13 @@
 #include <QSqlDatabase>
 
 #include <algorithm>
+#include <optional>
 
 namespace tvrx {
 
 namespace {
 
-const QString kVersionTable = QStringLiteral("SchemaVersion");
+const QString kRefusal = QStringLiteral("refuse if any row:");
 
 QString backendSuffix(Backend backend) {
     return Dialect(backend).name().toLower();
@@ -70,17 +71,79 @@ bool isWordChar(QChar c) {
     return c.isLetterOrNumber() || c == QLatin1Char('_');
 }
 
-void recordVersion(DbConnection& connection, const Migration& migration) {
+QString versionTable(const MigrationSet& set) {
+    return QString::fromLatin1(set.versionTable);
+}
+
+void recordVersion(DbConnection& connection, const MigrationSet& set, const Migration& migration) {
     connection.Execute(QStringLiteral("INSERT INTO %1 (Version, Name, AppliedAt) VALUES (?, ?, %2)")
-                           .arg(kVersionTable, connection.dialect().serverTime()),
+                           .arg(versionTable(set), connection.dialect().serverTime()),
                        {migration.version, migration.name});
 }
 
-void applyMigration(DbConnection& connection, const Migration& migration) {
-    const QStringList statements = splitStatements(connection.dialect().ddl(migration.text));
+// One statement of a migration; a check carries the text it refuses with.
+struct Step {
+    QString sql;
+    QString refusal;
+};
+
+// The text after "-- refuse if any row:" on a line of its own, or none.
+std::optional<QString> refusalOf(const QString& line) {
+    const QString trimmed = line.trimmed();
+    if (!trimmed.startsWith(QLatin1String("--"))) return std::nullopt;
+    const QString comment = trimmed.mid(2).trimmed();
+    if (!comment.startsWith(kRefusal, Qt::CaseInsensitive)) return std::nullopt;
+    return comment.mid(kRefusal.size()).trimmed();
+}
+
+// The statements of a migration; the first statement after a refusal line is its check.
+std::vector<Step> migrationSteps(const QString& text) {
+    std::vector<Step> steps;
+    QString chunk;
+    QString refusal;
+    const auto finish = [&] {
+        const QStringList statements = splitStatements(chunk);
+        for (qsizetype i = 0; i < statements.size(); ++i)
+            steps.push_back({statements[i], i == 0 ? refusal : QString()});
+        chunk.clear();
+        refusal.clear();
+    };
+    for (const QString& line : text.split(QLatin1Char('\n'))) {
+        if (const auto found = refusalOf(line)) {
+            finish();
+            refusal = *found;
+            continue;
+        }
+        chunk += line + QLatin1Char('\n');
+    }
+    finish();
+    return steps;
+}
+
+// Fails with the refusal and the rows the check found, each as its values.
+void runCheck(DbConnection& connection, const Step& check) {
+    RecordSet rows = connection.OpenRecordSet(check.sql);
+    if (rows.Eof()) return;
+    QStringList found;
+    for (; !rows.Eof(); rows.MoveNext()) {
+        QStringList values;
+        for (int i = 0; i < rows.FieldCount(); ++i) values << rows.Fields(i).toString();
+        found << values.join(QStringLiteral(", "));
+    }
+    fail(err::ConstraintViolated,
+         check.refusal + QStringLiteral(": ") + found.join(QStringLiteral("; ")));
+}
+
+void applyMigration(DbConnection& connection, const MigrationSet& set, const Migration& migration) {
+    const std::vector<Step> steps = migrationSteps(connection.dialect().ddl(migration.text));
     Transaction transaction(connection);
-    for (const QString& statement : statements) connection.Execute(statement);
-    recordVersion(connection, migration);
+    for (const Step& step : steps) {
+        if (step.refusal.isEmpty())
+            connection.Execute(step.sql);
+        else
+            runCheck(connection, step);
+    }
+    recordVersion(connection, set, migration);
     transaction.commit();
 }
 
@@ -89,16 +152,24 @@ struct CreatedTable {
     QString key;
 };
 
-// The tables the migrations create, each with its key column.
-std::vector<CreatedTable> createdTables() {
+// The tables the migrations create and no later one drops, each with its key column.
+std::vector<CreatedTable> createdTables(const MigrationSet& set) {
     static const QRegularExpression createTable(
         QStringLiteral("^CREATE\\s+TABLE\\s+(IF\\s+NOT\\s+EXISTS\\s+)?(\\w+)"),
+        QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression dropTable(
+        QStringLiteral("^DROP\\s+TABLE\\s+(IF\\s+EXISTS\\s+)?(\\w+)"),
         QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression keyColumn(
         QStringLiteral("(\\w+)\\s+(@KEY@|@INT@\\s+NOT\\s+NULL\\s+PRIMARY\\s+KEY)"));
     std::vector<CreatedTable> tables;
-    for (const Migration& migration : schemaMigrations(Backend::SQLite)) {
+    for (const Migration& migration : schemaMigrations(Backend::SQLite, set)) {
         for (const QString& statement : splitStatements(migration.text)) {
+            if (const auto dropped = dropTable.match(statement); dropped.hasMatch()) {
+                std::erase_if(tables, [&](const CreatedTable& table) {
+                    return table.name.compare(dropped.captured(2), Qt::CaseInsensitive) == 0;
+                });
+            }
             const auto created = createTable.match(statement);
             if (!created.hasMatch()) continue;
             const auto key = keyColumn.match(statement);
@@ -108,10 +179,10 @@ std::vector<CreatedTable> createdTables() {
     return tables;
 }
 
-bool hasVersionTable(DbConnection& connection) {
+bool hasVersionTable(DbConnection& connection, const MigrationSet& set) {
     const QStringList tables = QSqlDatabase::database(connection.name(), false).tables();
-    return std::any_of(tables.begin(), tables.end(), [](const QString& table) {
-        return table.compare(kVersionTable, Qt::CaseInsensitive) == 0;
+    return std::any_of(tables.begin(), tables.end(), [&](const QString& table) {
+        return table.compare(versionTable(set), Qt::CaseInsensitive) == 0;
     });
 }
 
@@ -158,10 +229,20 @@ QStringList splitStatements(const QString& text) {
     return statements;
 }
 
-std::vector<Migration> schemaMigrations(Backend backend) {
+const MigrationSet& pharmacySchema() {
+    static const MigrationSet set{"pharmacy", schemaMigrationFiles, "SchemaVersion"};
+    return set;
+}
+
+const MigrationSet& priceSourceSchema() {
+    static const MigrationSet set{"price source", priceSourceMigrationFiles, "PriceSourceVersion"};
+    return set;
+}
+
+std::vector<Migration> schemaMigrations(Backend backend, const MigrationSet& set) {
     std::vector<Migration> migrations;
     const QString suffix = backendSuffix(backend);
-    for (const EmbeddedFile& file : schemaMigrationFiles()) {
+    for (const EmbeddedFile& file : set.files()) {
         const FileName parsed = parseFileName(file.name);
         if (!parsed.backend.isEmpty() && parsed.backend != suffix) continue;
         migrations.push_back({parsed.version, parsed.name,
@@ -179,39 +260,44 @@ std::vector<Migration> schemaMigrations(Backend backend) {
     return migrations;
 }
 
-int schemaVersion(DbConnection& connection) {
-    if (!hasVersionTable(connection)) return 0;
-    return connection.Scalar(QStringLiteral("SELECT MAX(Version) FROM %1").arg(kVersionTable))
+int schemaVersion(DbConnection& connection, const MigrationSet& set) {
+    if (!hasVersionTable(connection, set)) return 0;
+    return connection.Scalar(QStringLiteral("SELECT MAX(Version) FROM %1").arg(versionTable(set)))
         .toInt();
 }
 
-SchemaReport applySchema(DbConnection& connection) {
-    if (!hasVersionTable(connection)) {
+SchemaReport applySchema(DbConnection& connection, const MigrationSet& set) {
+    if (!hasVersionTable(connection, set)) {
         connection.Execute(connection.dialect().ddl(
             QStringLiteral("CREATE TABLE %1 (Version @INT@ NOT NULL PRIMARY KEY, Name @TEXT@, "
                            "AppliedAt @DATETIME@)")
-                .arg(kVersionTable)));
+                .arg(versionTable(set))));
     }
     SchemaReport report;
-    report.versionBefore = schemaVersion(connection);
-    for (const Migration& migration : schemaMigrations(connection.backend())) {
+    report.versionBefore = schemaVersion(connection, set);
+    for (const Migration& migration : schemaMigrations(connection.backend(), set)) {
         if (migration.version <= report.versionBefore) continue;
-        applyMigration(connection, migration);
+        applyMigration(connection, set, migration);
         report.applied << migration.name;
     }
-    report.versionAfter = schemaVersion(connection);
+    report.versionAfter = schemaVersion(connection, set);
+    return report;
+}
+
+SchemaReport applySchema(DbConnection& connection) {
+    SchemaReport report = applySchema(connection, pharmacySchema());
     registerSchemaTables();
     return report;
 }
 
-QStringList schemaTables() {
+QStringList schemaTables(const MigrationSet& set) {
     QStringList names;
-    for (const CreatedTable& table : createdTables()) names << table.name;
+    for (const CreatedTable& table : createdTables(set)) names << table.name;
     return names;
 }
 
 void registerSchemaTables() {
-    for (const CreatedTable& table : createdTables()) {
+    for (const CreatedTable& table : createdTables(pharmacySchema())) {
         TableRegistry::registerTable(
             {table.name, table.key, TableRegistry::bitColumns(table.name)});
     }

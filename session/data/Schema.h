@@ -1,10 +1,12 @@
 #pragma once
 
 #include "session/data/Dialect.h"
+#include "session/data/EmbeddedFiles.h"
 
 #include <QString>
 #include <QStringList>
 
+#include <span>
 #include <vector>
 
 namespace tvrx {
@@ -20,6 +22,20 @@ struct Migration {
     QString text;  // SQL with the data layer's type tokens
 };
 
+// A schema of its own: the migration files that build it and the table that records which
+// of them a database has. The pharmacy's database has one; the alternate price source,
+// whose band table shares a name with the pharmacy's key table, has another.
+struct MigrationSet {
+    const char* name;
+    std::span<const EmbeddedFile> (*files)();
+    const char* versionTable;
+};
+
+// The pharmacy's main database (db/schema, recorded in SchemaVersion).
+const MigrationSet& pharmacySchema();
+// The alternate price source (db/pricesource/schema, recorded in PriceSourceVersion).
+const MigrationSet& priceSourceSchema();
+
 // What applySchema found and did.
 struct SchemaReport {
     int versionBefore = 0;
@@ -29,19 +45,26 @@ struct SchemaReport {
 
 // The migrations for a back end, by version. Fails with 0x80040E14 when two files claim
 // one version for the same back end.
-std::vector<Migration> schemaMigrations(Backend backend);
+std::vector<Migration> schemaMigrations(Backend backend,
+                                        const MigrationSet& set = pharmacySchema());
 
 // Brings the database up to the newest schema: every migration above the recorded version
-// runs in a transaction of its own together with its row in the table SchemaVersion.
+// runs in a transaction of its own together with its row in the set's version table.
 // Running it again changes nothing. Statement failures come through as the data layer's
 // Failures; the migration that failed leaves nothing behind.
+//
+// A migration may refuse data it cannot take. The line
+//     -- refuse if any row: <what is wrong and what to do>
+// makes the query after it a check: when the query gives rows, the migration fails with
+// 0x80040E2F, the text and the rows, and nothing of it is applied.
 SchemaReport applySchema(DbConnection& connection);
+SchemaReport applySchema(DbConnection& connection, const MigrationSet& set);
 
-// The newest version recorded in SchemaVersion; 0 before the first migration.
-int schemaVersion(DbConnection& connection);
+// The newest version recorded in the set's version table; 0 before the first migration.
+int schemaVersion(DbConnection& connection, const MigrationSet& set = pharmacySchema());
 
-// The tables the migrations create, in the order they first appear.
-QStringList schemaTables();
+// The tables the migrations create and no later one drops, in the order they first appear.
+QStringList schemaTables(const MigrationSet& set = pharmacySchema());
 
 // Tells the data layer the key column of every table the migrations create, so that an
 // updatable record set that selects no key still finds its rows. applySchema does it; a

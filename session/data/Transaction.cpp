@@ -4,8 +4,11 @@
 
 namespace tvrx {
 
-Transaction::Transaction(DbConnection& connection) : connection_(connection) {
-    connection_.Execute(QStringLiteral("BEGIN"));
+Transaction::Transaction(DbConnection& connection)
+    : Transaction(connection, QStringLiteral("BEGIN")) {}
+
+Transaction::Transaction(DbConnection& connection, const QString& begin) : connection_(connection) {
+    connection_.Execute(begin);
 }
 
 Transaction::~Transaction() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace tvrx {
 
 class DbConnection;
@@ -16,6 +18,8 @@ class DbConnection;
 class Transaction {
 public:
     explicit Transaction(DbConnection& connection);
+    // Begun by a statement of the caller's (Dialect::beginLocked).
+    Transaction(DbConnection& connection, const QString& begin);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;

@@ -1,7 +1,6 @@
 #include "session/runtime/AppConfig.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <mutex>
@@ -9,14 +8,6 @@
 namespace tvrx {
 
 namespace {
-
-// Prefer the data built beside the library (a build tree); an installed library
-// finds its data under the installation prefix.
-QString defaultLibraryFolder() {
-    const QString built = QStringLiteral(TVRX_BUILD_DATA_DIR);
-    if (QFileInfo(built).isDir()) return built;
-    return QStringLiteral(TVRX_DATA_DIR);
-}
 
 QString defaultDataFolder() {
     QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
@@ -45,7 +36,6 @@ AppConfig AppConfig::defaults() {
     config.VersionMajor = TVRX_VERSION_MAJOR;
     config.VersionMinor = TVRX_VERSION_MINOR;
     config.VersionRevision = TVRX_VERSION_PATCH;
-    config.LibraryFolder = defaultLibraryFolder();
     config.DataFolder = defaultDataFolder();
     return config;
 }

@@ -12,8 +12,12 @@ struct AppConfig {
     int VersionMajor = 0;
     int VersionMinor = 0;
     int VersionRevision = 0;
-    // Folder of the library's own files (the lookup database lives here).
+    // Folder of the library's own files (the lookup database). Empty: the library looks in
+    // the folders of session/runtime/LibraryFiles.h; set: it looks here first.
     QString LibraryFolder;
+    // Look for the library's files in LibraryFolder alone: a host that ships its own, and
+    // tests that need them missing.
+    bool LibraryFolderOnly = false;
     // Folder for files the library writes (the error log).
     QString DataFolder;
 

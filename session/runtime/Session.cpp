@@ -19,6 +19,7 @@ thread_local std::shared_ptr<UserInteraction> UserService;
 thread_local std::shared_ptr<Clock> ClockService;
 thread_local std::shared_ptr<TransmitFace> TransmitService;
 thread_local std::shared_ptr<BusyPointer> PointerService;
+thread_local ComponentFactory<PlanLookup> PlanLookups;
 
 namespace {
 
@@ -70,6 +71,7 @@ void resetSession() {
     ClockService.reset();
     TransmitService.reset();
     PointerService.reset();
+    PlanLookups.set(nullptr);
 }
 
 }  // namespace tvrx::mdlMain

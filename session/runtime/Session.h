@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/runtime/ComponentFactory.h"
+
 #include <QString>
 
 #include <functional>
@@ -12,6 +14,7 @@ class Catalogue;
 class Clock;
 class DbConnection;
 class ErrorReporter;
+class PlanLookup;
 class TransmitFace;
 class UserInteraction;
 
@@ -39,6 +42,10 @@ extern thread_local std::shared_ptr<TransmitFace> TransmitService;
 // The screen's pointer (hourglass while the result tree fills).
 extern thread_local std::shared_ptr<BusyPointer> PointerService;
 
+// The outside components made afresh for each use; a host or a test sets the factory.
+// The plan directory of the insurance lookups (records/PlanLookup.h).
+extern thread_local ComponentFactory<PlanLookup> PlanLookups;
+
 // The catalogue deMain, created on first use.
 Catalogue& catalogue();
 
@@ -54,7 +61,7 @@ UserInteraction& user();
 const Clock& clock();
 
 // Forgets the whole session state of this thread: connections, reporter, catalogue,
-// services. Tests call it so that no test sees what another left behind.
+// services, component factories. Tests call it so that no test sees what another left behind.
 void resetSession();
 
 }  // namespace mdlMain

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/text/ZeroDate.h"
+
 #include <QDateTime>
 #include <QString>
 #include <QVariant>
@@ -90,9 +92,6 @@ QString FormatDate(const QDateTime& value, const QString& picture);
 // The system's default text of a date-time ("3/14/2026 9:26:53 AM"; the date alone at
 // midnight; the time alone on the zero date 12/30/1899).
 QString DateTimeText(const QDateTime& value);
-// The zero date, 12/30/1899 00:00:00.
-QDateTime ZeroDate();
-
 // ---- Words the system uses ---------------------------------------------------------
 
 // "Trimmed": blanks (character 32) removed at both ends, nothing else.

@@ -113,7 +113,6 @@ TEST_P(SampleCommandsTest, ShowsTheRecordsAsTheyReadAndAddsPlans) {
 TEST_P(SampleCommandsTest, ListsTheChangeLogOfAFill) {
     clsPrescription rx;
     rx.setConnection(db);
-    rx.PrescriptionType = EditRx;
     rx.RXInfoID = 3;
     rx.GetData();
     rx.Qty = 60;

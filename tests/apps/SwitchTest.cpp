@@ -1,3 +1,5 @@
+#include "responses/ResponseJson.h"
+#include "session/text/ClaimNotation.h"
 #include "support/DataRows.h"
 #include "support/ExchangeFixture.h"
 #include "support/Notation.h"
@@ -122,6 +124,34 @@ TEST_F(SwitchTest, TvrxExchangePrintsTheAnswerOrWithdrawsOnCtrlC) {
     EXPECT_EQ(tvrx.exitCode(), 3);
     EXPECT_TRUE(tvrx.readAllStandardError().contains("Transmitting Claim: aborted after"));
     EXPECT_EQ(files(), QStringList()) << "the request was withdrawn";
+}
+
+// The shipped answers, comment lines and all, go through the switch and come back as the
+// texts they hold, which tvrx decode reads.
+TEST_F(SwitchTest, ShippedAnswersComeBackAsTextsThatDecode) {
+    const QStringList samples{"32-paid", "40-rejected", "51-paid", "51-reversal-accepted"};
+    const QString folder = QStringLiteral(TVRX_SOURCE_DIR "/samples/responses/");
+    QString rulesText;
+    for (const QString& sample : samples)
+        rulesText += QStringLiteral("if <FS>C2%1 then %2%1.txt\n").arg(sample, folder);
+    writeText(rules(), rulesText + QStringLiteral("otherwise paid.txt\n"));
+    test::RunningSwitch running({"--dir", directory(), "--rules", rules()});
+    ASSERT_TRUE(running.started()) << running.errors().toStdString();
+    for (const QString& sample : samples) {
+        SCOPED_TRACE(sample.toStdString());
+        const QString claim = prepared(sample + ".clm.txt");
+        writeText(claim, QStringLiteral("<STX>610066<FS>C2") + sample);
+        const test::ProgramRun exchanged = test::runTvrx({"exchange", "--dir", directory(), claim});
+        ASSERT_EQ(exchanged.exitCode, 0) << exchanged.err.toStdString();
+        const NotationResult shipped = readResponseFile(folder + sample + ".txt");
+        ASSERT_TRUE(shipped) << shipped.error.toStdString();
+        EXPECT_EQ(exchanged.out, toNotation(*shipped.text) + QLatin1Char('\n'));
+
+        const QString answer = prepared(sample + ".rsp.txt");
+        writeText(answer, exchanged.out);
+        const test::ProgramRun decoded = test::runTvrx({"decode", answer});
+        EXPECT_EQ(decoded.exitCode, 0) << decoded.out.toStdString() << decoded.err.toStdString();
+    }
 }
 
 TEST_F(SwitchTest, ProgramsRefuseWhatCannotServe) {

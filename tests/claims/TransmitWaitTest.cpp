@@ -137,6 +137,16 @@ TEST(DirectoryWatchTest, AFileAnnouncedByItsCreationIsCompleteWhenClosedOrRename
     ASSERT_TRUE(other.rename(folder.filePath(QStringLiteral("b.clm"))));
     watch.readEvents();
     EXPECT_EQ(completed, QStringList({QStringLiteral("a.clm"), QStringLiteral("b.clm")}));
+
+    // The events a stopped watch left unread are not the next watch's, in another folder.
+    QFile(folder.filePath(QStringLiteral("c.clm"))).open(QIODevice::WriteOnly);
+    watch.stop();
+    QTemporaryDir otherFolder;
+    DirectoryWatch next(otherFolder.path(), [](const QString&) { return true; });
+    ASSERT_TRUE(next.start([&](const QString& name) { completed.append(name); }));
+    QFile(otherFolder.filePath(QStringLiteral("d.clm"))).open(QIODevice::WriteOnly);
+    next.readEvents();
+    EXPECT_EQ(completed.mid(2), QStringList{QStringLiteral("d.clm")});
 }
 
 }  // namespace

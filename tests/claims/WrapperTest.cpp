@@ -29,6 +29,7 @@ TEST_F(WrapperTest, WithoutTheLookupFileTheBoxShowsAndTheWrapperWorks) {
     AppConfig config = appConfig();
     const AppConfig saved = config;
     config.LibraryFolder = empty.path();
+    config.LibraryFolderOnly = true;
     setAppConfig(config);
     user->answerMsgBox(Answer::OK);
     Wrapper wrapper;

@@ -30,10 +30,10 @@ protected:
         loadTabSeparated(*db, QString::fromLatin1(table), QString::fromUtf8(tabSeparated));
     }
 
-    std::unique_ptr<clsPrescription> loaded(qint32 id, rxTypes type = EditRx) const {
+    // The fill as a host reads it: a fresh object, its key, GetData.
+    std::unique_ptr<clsPrescription> loaded(qint32 id) const {
         auto rx = std::make_unique<clsPrescription>();
         rx->RXInfoID = id;
-        rx->PrescriptionType = type;
         rx->GetData();
         return rx;
     }

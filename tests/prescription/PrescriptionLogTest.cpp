@@ -24,7 +24,8 @@ const char* const kQtyChange =
 // A new prescription's first save only takes the picture; every later save logs what
 // changed since, once, and a save without a watched change logs nothing.
 TEST_P(PrescriptionLogTest, EachWatchedChangeIsLoggedOnce) {
-    const auto rx = loaded(60, NewRx);
+    const auto rx = loaded(60);
+    rx->PrescriptionType = NewRx;
     rx->Update();
     EXPECT_TRUE(logChanges().isEmpty());
     rx->Qty = 60;
@@ -34,7 +35,7 @@ TEST_P(PrescriptionLogTest, EachWatchedChangeIsLoggedOnce) {
     rx->Update();
     EXPECT_EQ(logChanges(), QStringList{kQtyChange});
 
-    const auto edited = loaded(60, EditRx);
+    const auto edited = loaded(60);
     edited->Update();
     EXPECT_EQ(logChanges().size(), 1);
     RecordSet entry = db->OpenRecordSet("SELECT LogDate, RxInfoID, RPhID, TechID FROM LOG_RX");

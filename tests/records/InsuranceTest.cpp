@@ -1,6 +1,7 @@
 #include "records/clsINSURANCE.h"
 
 #include "records/PlanFixture.h"
+#include "records/ScriptedPlanLookup.h"
 #include "session/data/ColumnTable.h"
 #include "session/runtime/ErrorNumbers.h"
 
@@ -21,16 +22,18 @@ TEST_P(InsuranceTest, UpdateThenGetDataGivesBackEveryMember) {
         {"Fee", 1.23456, 1.2346, 1.2346},
     };
     clsINSURANCE written;
-    using C = clsINSURANCE;
-    const auto members = test::members<C>(
-        &C::InsCode, &C::Name, &C::Address, &C::City, &C::State, &C::Zip, &C::Phone, &C::Fax,
-        &C::Notes, &C::Contact, &C::Fee, &C::FeePS, &C::Copay, &C::CopayPS, &C::GenericFee,
-        &C::GenericCopay, &C::GenCopayPS, &C::DaysSupply, &C::Basis, &C::Form, &C::ID, &C::Invoice,
-        &C::UandC, &C::PatCopay, &C::DoctorID, &C::OnLineLimit, &C::OnLinePhone, &C::Device,
-        &C::ModemSpeed, &C::DB, &C::SB, &C::Parity, &C::BIN, &C::ProcNumb, &C::BrandPT,
-        &C::GenericPT, &C::OnLine, &C::Internet, &C::VendorID, &C::ClaimFields, &C::IDQualifier);
-    test::expectEveryColumnWrittenAndRead(*db, insuranceColumns(), members, &clsINSURANCE::InsID,
-                                          key, {.trueStored = 1}, cases, written);
+    test::expectEveryColumnWrittenAndRead(*db, insuranceColumns(), &clsINSURANCE::InsID, key,
+                                          {.trueStored = 1}, cases, written);
+}
+
+// A currency member holds four places, half to even, from the moment it is assigned.
+TEST(InsuranceCurrency, CurrencyMembersRoundAsTheyAreAssigned) {
+    for (auto member : {&clsINSURANCE::Fee, &clsINSURANCE::Copay, &clsINSURANCE::GenericFee,
+                        &clsINSURANCE::GenericCopay}) {
+        clsINSURANCE plan;
+        plan.*member = 1.23455;
+        EXPECT_EQ(static_cast<double>(plan.*member), 1.2346);
+    }
 }
 
 TEST_P(InsuranceTest, NullsReadAsDefaultsAndANegativeNumberIsOneReport) {
@@ -161,6 +164,9 @@ TEST_P(InsuranceTest, InsertWithoutTheLookupMakesAPlanOfDefaults) {
     EXPECT_EQ(read.OnLineLimit, 1);
     EXPECT_TRUE(read.DaysSupply && read.UandC && read.OnLine && read.Internet);
     EXPECT_FALSE(read.PatCopay);
+    clsINSURANCE found;
+    EXPECT_TRUE(found.FindByBinAndPcn(QString(), QString())) << "the BIN and processor are empty";
+    EXPECT_EQ(found.InsID, key);
 
     db->Execute(QStringLiteral("UPDATE INSURANCE SET Name = 'Held'"));
     lookupScript(*user, 4, {});
@@ -349,6 +355,39 @@ TEST_P(InsuranceTest, InsertFromLookupAsksOnlyAboutADeletedPlan) {
     EXPECT_EQ(column("Name", gone).toString(), "BLUE RIVER PHARMACY");
     EXPECT_EQ(column("ProcNumb", gone).toString(), "PCN1234567");
     EXPECT_EQ(column("ClaimFields", gone).toString(), "");
+}
+
+// A directory the host set answers each lookup with an object of its own; the script sees
+// the searches and the processor number the lookup cut to ten characters and wrote back.
+TEST_P(InsuranceTest, TheHostsDirectoryAnswersEachLookupWithAnObjectOfItsOwn) {
+    auto script = std::make_shared<PlanLookupScript>();
+    mdlMain::PlanLookups.set(script->factory());
+    PlanEntry hostPlan;
+    hostPlan.BIN = QStringLiteral("777001");
+    hostPlan.ProcessorNumber = QStringLiteral("HOSTPCN12345");
+    hostPlan.PlanName = QStringLiteral("HOST PLAN");
+    hostPlan.ShortName = QStringLiteral("HOST");
+    hostPlan.Version = QStringLiteral("51");
+    hostPlan.MaxScripts = 2;
+    script->answer(hostPlan);
+    script->answer(std::nullopt);
+
+    lookupScript(*user, 3, QStringLiteral("777001,HOSTPCN12345"));
+    clsINSURANCE plan;
+    bool foundExisting = false;
+    const qint32 key = plan.Insert(QStringLiteral("4512345"), foundExisting);
+    ASSERT_GT(key, 0);
+    EXPECT_EQ(column("ProcNumb", key).toString(), "HOSTPCN123");
+    EXPECT_EQ(column("Name", key).toString(), "HOST PLAN");
+    EXPECT_EQ(plan.InsertFromLookup(QStringLiteral("4512345"), "1", "2"), 0);
+
+    ASSERT_EQ(script->made().size(), 2);
+    EXPECT_EQ(script->made()[0].searches,
+              QStringList{"SearchBinAndProcessor(777001, HOSTPCN12345)"});
+    EXPECT_EQ(script->made()[0].releasedProcessorNumber, "HOSTPCN123");
+    EXPECT_EQ(script->made()[1].searches, QStringList{"SearchBinAndProcessor(1, 2)"});
+    EXPECT_EQ(script->made()[1].releasedProcessorNumber, "");
+    EXPECT_EQ(planCount(), 1);
 }
 
 TVRX_BACKENDS(InsuranceTest);

@@ -3,6 +3,7 @@
 #include "session/data/ColumnTable.h"
 #include "session/data/DbConnection.h"
 #include "session/data/Procedures.h"
+#include "session/text/Conversions.h"
 #include "support/QtPrinters.h"
 #include "support/SchemaFixture.h"
 
@@ -99,25 +100,6 @@ struct ColumnCase {
     std::optional<QVariant> readBack = std::nullopt;
 };
 
-// The member behind a column, named by the test itself so that a description that pairs
-// the column with another member is caught; empty for a column whose property is computed
-// or kept behind a setter, which the description's own property stands for.
-template <class Record>
-struct Member {
-    Member(std::nullptr_t) {}
-    template <class T>
-    Member(T Record::*member)
-        : set([member](Record& r, const QVariant& v) { r.*member = v.value<T>(); }),
-          get([member](const Record& r) { return QVariant::fromValue(r.*member); }) {}
-    std::function<void(Record&, const QVariant&)> set;
-    std::function<QVariant(const Record&)> get;
-};
-
-template <class Record, class... Members>
-std::vector<Member<Record>> members(Members... each) {
-    return {Member<Record>(each)...};
-}
-
 // A value of its own for the n-th column: a text with blanks at both ends and a quote,
 // numbers and dates that differ from column to column, alternating flags.
 inline QVariant sampleValue(ValueType type, const QString& column, int n) {
@@ -180,40 +162,43 @@ inline void expectSame(const char* what, const QVariant& actual, const QVariant&
         << what << ' ' << shown(actual) << ", expected " << shown(expected);
 }
 
-// Gives every column of the record's description but the key a value (its case's, or a
-// sample) through its member in `written`, updates the row `key`, checks what each of its
-// columns holds, then what each member holds once a new record has read the row. The
-// members are listed in the order of the description's columns.
+// Gives every column of the record's description but the key a value of its own (its
+// case's, or a sample) through the column's property in `written` and checks that each
+// property then holds its value, which two columns on one member would not (unless a
+// case gives both the same value); updates the row `key`, checks what each of its columns
+// holds, then what each property holds once a new record has read the row.
 template <class Record, class Key>
 void expectEveryColumnWrittenAndRead(DbConnection& db, const ColumnTable<Record>& table,
-                                     const std::vector<Member<Record>>& members,
                                      Key Record::*keyMember, std::type_identity_t<Key> key,
                                      const RecordRules& rules, const std::vector<ColumnCase>& cases,
                                      Record& written) {
-    ASSERT_EQ(members.size(), table.columns().size());
-    const auto setter = [&](size_t i) {
-        return members[i].set ? members[i].set : table.columns()[i].property.set;
-    };
-    const auto getter = [&](size_t i) {
-        return members[i].get ? members[i].get : table.columns()[i].property.get;
-    };
     std::vector<std::pair<QVariant, QVariant>> expected;  // stored, read back
+    std::vector<QVariant> given;
     size_t casesFound = 0;
-    for (size_t i = 0; i < members.size(); ++i) {
+    for (size_t i = 0; i < table.columns().size(); ++i) {
         const auto& column = table.columns()[i];
         auto c = std::find_if(cases.begin(), cases.end(),
                               [&](const ColumnCase& x) { return x.column == column.name; });
-        const ColumnCase given = c == cases.end() ? ColumnCase{} : *c;
+        const ColumnCase value = c == cases.end() ? ColumnCase{} : *c;
         casesFound += c == cases.end() ? 0 : 1;
         const ValueType type = column.property.type;
-        const QVariant value =
-            given.written.value_or(sampleValue(type, column.name, static_cast<int>(i) + 1));
-        if (column.name != table.key()) setter(i)(written, value);
+        given.push_back(
+            value.written.value_or(sampleValue(type, column.name, static_cast<int>(i) + 1)));
+        if (column.name != table.key()) column.property.set(written, given.back());
         expected.emplace_back(
-            given.stored.value_or(predictedStored(type, value, rules)),
-            given.readBack.value_or(predictedRead(type, column.name, value, rules)));
+            value.stored.value_or(predictedStored(type, given.back(), rules)),
+            value.readBack.value_or(predictedRead(type, column.name, given.back(), rules)));
     }
     ASSERT_EQ(casesFound, cases.size()) << "a case names a column the record lacks";
+    for (size_t i = 0; i < given.size(); ++i) {
+        const auto& column = table.columns()[i];
+        if (column.name == table.key() || !column.property.takesValue) continue;
+        SCOPED_TRACE(column.name.toStdString());
+        const QVariant held = column.property.type == ValueType::Currency
+                                  ? QVariant(conv::RoundCurrency(given[i].toDouble()))
+                                  : given[i];
+        expectSame("held", column.property.get(written), held);
+    }
     written.*keyMember = key;
     written.Update();
     RecordSet row = db.OpenRecordSet(
@@ -227,7 +212,7 @@ void expectEveryColumnWrittenAndRead(DbConnection& db, const ColumnTable<Record>
         if (column.name == table.key()) continue;
         SCOPED_TRACE(column.name.toStdString());
         expectSame("stored", row.Fields(column.name), expected[i].first);
-        expectSame("read back", getter(i)(read), expected[i].second);
+        expectSame("read back", column.property.get(read), expected[i].second);
     }
 }
 

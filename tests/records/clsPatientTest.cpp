@@ -39,21 +39,8 @@ TEST_P(clsPatientTest, EveryPropertyIsStoredAndReadBackInItsOwnForm) {
         {"DateChanged", {}, clock->now(), clock->now()},
     };
     clsPatient written;
-    using C = clsPatient;
-    const auto members = test::members<C>(
-        &C::PatientID, &C::LastName, &C::FirstName, &C::MI, &C::AddressLine1, &C::AddressLine2,
-        &C::City, &C::State, &C::ZipCode, &C::Country, &C::BillingAddress, &C::BillingCity,
-        &C::BillingState, &C::BillingZipCode, &C::Telephone, &C::Fax, &C::Gender, &C::Birthdate,
-        &C::AccountNumber, &C::MedicalRecordNum, &C::Unit, &C::Room, &C::Allergies, &C::Location,
-        &C::WeightKg, &C::HeightCm, &C::Notes, &C::ChargeAccount, &C::ARCustomerID, &C::ForeignSigs,
-        &C::MarriageStatus, &C::StudentStatus, &C::WorkPhone, &C::EMail, &C::PatInsID, &C::PatAllID,
-        &C::Conditions, &C::EasyOpen, &C::SSN, &C::PriceTableID, &C::AllergiesLarge, &C::Diagnosis,
-        &C::EmployerID, &C::InjuryType, &C::QBListID, &C::InjuryDate, &C::Spanish, &C::HIPPA,
-        &C::AutoCharge, &C::FacilityID, &C::MDID, &C::AdmitDate, &C::CCNumber, &C::CCExpMonth,
-        &C::CCExpYear, &C::CCName, &C::CCAddress, &C::CCZip, &C::CCAddressSame, &C::Pregnancy,
-        &C::Smoker, &C::ImportID, nullptr);
-    test::expectEveryColumnWrittenAndRead(*db, patientColumns(), members, &clsPatient::PatientID,
-                                          id, rules, cases, written);
+    test::expectEveryColumnWrittenAndRead(*db, patientColumns(), &clsPatient::PatientID, id, rules,
+                                          cases, written);
     EXPECT_EQ(written.InjuryDate, conv::ZeroDate()) << "the reset changes the object too";
     EXPECT_EQ(written.AdmitDate, at(1650, 7, 8, 9, 10));
 }
@@ -89,24 +76,20 @@ TEST_P(clsPatientTest, ZipCodeIsWrittenWithoutItsNulPadding) {
 }
 
 // A new row holds nulls: the converted FacilityID and MDID each cost one report and keep
-// their values; every other column still reads, as its null form. A missing row changes
-// nothing.
+// their values; every other column still reads, as its null form.
 TEST_P(clsPatientTest, NullAndBadColumnsCostOneReportEachAndTheRestStillReads) {
     if (backend() == Backend::PostgreSQL)
         db->Execute("ALTER TABLE PATIENT ALTER COLUMN ChargeAccount TYPE integer");
     db->Execute("UPDATE PATIENT SET ChargeAccount = 40000, WeightKg = -2.5 WHERE PatientID = ?",
                 {id});
     clsPatient patient;
-    patient.PatientID = id + 100;
+    patient.PatientID = id;
     patient.LastName = "Old";
     patient.Telephone = "(555) 555-0100";
     patient.Birthdate = at(1970, 1, 1);
     patient.FacilityID = 4;
     patient.MDID = 5;
     patient.ChargeAccount = 7;
-    patient.GetData();
-    EXPECT_EQ(patient.LastName, "Old");
-    patient.PatientID = id;
     patient.GetData();
     EXPECT_EQ(takeReports(), QStringList({reportOf("clsPatient:GetData", err::Overflow),
                                           reportOf("clsPatient:GetData", err::TypeMismatch),

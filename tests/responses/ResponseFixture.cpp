@@ -35,6 +35,7 @@ void ResponseFixture::SetUp() {
     saved_ = appConfig();
     AppConfig config = saved_;
     config.LibraryFolder = folder_.path();
+    config.LibraryFolderOnly = true;
     setAppConfig(config);
     writeLookup(testRejectRows());
 }

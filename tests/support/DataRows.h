@@ -33,4 +33,19 @@ inline QList<DataRow> dataRows(const QString& name) {
     return rows;
 }
 
+// A case of a keyword file: the rows from one "case" line to the next, each row's first
+// cell its keyword.
+struct KeywordCase {
+    std::string where;
+    QList<QStringList> lines;
+    // The rows of a keyword without it, in order.
+    QList<QStringList> all(const QString& keyword) const {
+        QList<QStringList> found;
+        for (const QStringList& line : lines)
+            if (line.value(0) == keyword) found << line.mid(1);
+        return found;
+    }
+    QStringList first(const QString& keyword) const { return all(keyword).value(0); }
+};
+
 }  // namespace tvrx::test

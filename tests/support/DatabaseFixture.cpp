@@ -14,8 +14,8 @@ QString serverUrl() {
     return qEnvironmentVariable("TVRX_TEST_PG_URL");
 }
 
-QString databaseName() {
-    return QStringLiteral("tvrx_test_%1").arg(QCoreApplication::applicationPid());
+QString databaseName(const QString& suffix = {}) {
+    return QStringLiteral("tvrx_test_%1%2").arg(QCoreApplication::applicationPid()).arg(suffix);
 }
 
 // Runs one statement on the server's own database.
@@ -25,8 +25,8 @@ void onServer(const QString& sql, const QVariantList& values = {}) {
     server.Execute(sql, values);
 }
 
-void dropDatabase() {
-    onServer(QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(databaseName()));
+void dropDatabase(const QString& suffix = {}) {
+    onServer(QStringLiteral("DROP DATABASE IF EXISTS %1 WITH (FORCE)").arg(databaseName(suffix)));
 }
 
 // Creates the process's database on first use and drops it when the tests end.
@@ -38,21 +38,27 @@ public:
         return *environment;
     }
 
-    void ensureCreated() {
-        if (created_) return;
-        dropDatabase();
-        onServer(QStringLiteral("CREATE DATABASE %1").arg(databaseName()));
-        created_ = true;
+    void ensureCreated(const QString& suffix = {}) {
+        if (created_.contains(suffix)) return;
+        dropDatabase(suffix);
+        onServer(QStringLiteral("CREATE DATABASE %1").arg(databaseName(suffix)));
+        created_.append(suffix);
     }
 
     void TearDown() override {
-        if (created_) dropDatabase();
-        created_ = false;
+        for (const QString& suffix : created_) dropDatabase(suffix);
+        created_.clear();
     }
 
 private:
-    bool created_ = false;
+    QStringList created_;
 };
+
+QString postgresUrl(const QString& suffix) {
+    QUrl url(serverUrl());
+    url.setPath(QLatin1Char('/') + databaseName(suffix));
+    return url.toString();
+}
 
 // Registered before the tests run, so that its TearDown drops the database at the end.
 [[maybe_unused]] const bool registered = (PostgresDatabase::instance(), true);
@@ -76,15 +82,30 @@ void DatabaseFixture::SetUp() {
             GTEST_SKIP() << "TVRX_TEST_PG_URL is unset: PostgreSQL tests skipped";
         }
         ASSERT_NO_THROW(PostgresDatabase::instance().ensureCreated());
-        QUrl url(serverUrl());
-        url.setPath(QLatin1Char('/') + databaseName());
-        connectionString_ = url.toString();
+        connectionString_ = postgresUrl({});
     }
     ASSERT_NO_THROW(db = connect());
-    if (backend() == Backend::PostgreSQL) {
-        db->Execute(QStringLiteral("DROP SCHEMA public CASCADE"));
-        db->Execute(QStringLiteral("CREATE SCHEMA public"));
+    emptied(*db);
+}
+
+void DatabaseFixture::emptied(DbConnection& connection) const {
+    if (backend() != Backend::PostgreSQL) return;
+    connection.Execute(QStringLiteral("DROP SCHEMA public CASCADE"));
+    connection.Execute(QStringLiteral("CREATE SCHEMA public"));
+}
+
+std::shared_ptr<DbConnection> DatabaseFixture::connectSecond() {
+    QString second;
+    if (backend() == Backend::SQLite) {
+        second = QStringLiteral("sqlite://") + folder_.filePath(QStringLiteral("second.db"));
+    } else {
+        PostgresDatabase::instance().ensureCreated(QStringLiteral("_second"));
+        second = postgresUrl(QStringLiteral("_second"));
     }
+    auto connection = std::make_shared<DbConnection>(second);
+    connection->Open();
+    emptied(*connection);
+    return connection;
 }
 
 void DatabaseFixture::TearDown() {

@@ -41,6 +41,9 @@ protected:
     QString connectionString() const { return connectionString_; }
     // A new, open connection to this test's database.
     std::shared_ptr<DbConnection> connect() const;
+    // A second, empty database beside this test's, newly connected: another file on
+    // SQLite, another database of the server on PostgreSQL, emptied for each test.
+    std::shared_ptr<DbConnection> connectSecond();
     // Runs schema text with the Dialect's type tokens over db.
     void createTable(const QString& ddl);
     // Makes the connection lose its link: on PostgreSQL its server process is ended from
@@ -51,6 +54,8 @@ protected:
     std::shared_ptr<DbConnection> db;
 
 private:
+    void emptied(DbConnection& connection) const;
+
     QTemporaryDir folder_;
     QString connectionString_;
 };

@@ -6,6 +6,7 @@
 
 #include <QSet>
 
+#include <algorithm>
 #include <thread>
 
 namespace tvrx {
@@ -40,13 +41,44 @@ TEST_P(CatalogueTest, NewKeyProceduresInsertAnEmptyRow) {
     }
 }
 
+// Rows a host brought with keys of their own, through this connection and another: each
+// new-key procedure still hands out only keys of rows it made itself.
+TEST_P(CatalogueTest, NewKeysPassRowsInsertedWithTheirOwnKeys) {
+    const auto other = connect();
+    for (const auto& t : Procedures::newKeyProcedures()) {
+        SCOPED_TRACE(t.name);
+        const QString table = QLatin1String(t.table);
+        const QString insert = QStringLiteral("INSERT INTO %1 (%2, Name) VALUES (?, 'brought')")
+                                   .arg(table, QLatin1String(t.keyColumn));
+        for (const int key : {1, 2, 3}) db->Execute(insert, {key});
+        other->Execute(insert, {6});
+        QList<qint32> keys;
+        for (int i = 0; i < 5; ++i)
+            keys.append(Procedures::newKey(i % 2 == 0 ? *db : *other, QLatin1String(t.name)));
+        std::sort(keys.begin(), keys.end());
+        QList<qint32> made;
+        const QString madeRows = QStringLiteral("SELECT %1 FROM %2 WHERE Name IS NULL ORDER BY %1")
+                                     .arg(QLatin1String(t.keyColumn), table);
+        for (RecordSet rs = db->OpenRecordSet(madeRows); !rs.Eof(); rs.MoveNext())
+            made.append(rs.Fields(0).toInt());
+        EXPECT_EQ(keys, made);
+    }
+}
+
+// Two workstations ask at once, just after rows with their own keys came in.
 TEST_P(CatalogueTest, TwoConnectionsAskingAtOnceGetDifferentKeys) {
+    for (int key = 1; key <= 10; ++key)
+        db->Execute(QStringLiteral("INSERT INTO PATIENT (PatientID) VALUES (?)"), {key});
     constexpr int kEach = 25;
     QList<qint32> keys[2];
     auto ask = [&](QList<qint32>* out) {
         DbConnection connection(connectionString());
         connection.Open();
-        for (int i = 0; i < kEach; ++i) out->append(Procedures::newKey(connection, "NewPatient"));
+        for (int i = 0; i < kEach; ++i) {
+            qint32 key = 0;  // a failure, caught so that it cannot end the program, gives 0
+            caught([&] { key = Procedures::newKey(connection, "NewPatient"); });
+            out->append(key);
+        }
     };
     std::thread first(ask, &keys[0]);
     std::thread second(ask, &keys[1]);
@@ -55,6 +87,7 @@ TEST_P(CatalogueTest, TwoConnectionsAskingAtOnceGetDifferentKeys) {
     QSet<qint32> distinct(keys[0].begin(), keys[0].end());
     distinct.unite(QSet<qint32>(keys[1].begin(), keys[1].end()));
     EXPECT_EQ(distinct.size(), 2 * kEach);
+    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM PATIENT")).toInt(), 10 + 2 * kEach);
 }
 
 TEST_P(CatalogueTest, RunLeavesRowsInTheCommandsRecordSet) {

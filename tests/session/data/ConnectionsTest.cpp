@@ -5,6 +5,7 @@
 #include "session/runtime/Session.h"
 #include "support/DatabaseFixture.h"
 
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 namespace tvrx {
@@ -34,7 +35,8 @@ protected:
 
 TEST_P(ConnectionsTest, StartErrorsFillsTheReporterInOrder) {
     const AppConfig config = appConfig();
-    const QStringList application{"ApplicationPath=" + config.LibraryFolder,
+    // Without a folder of the host's, the application path is the library file's folder.
+    const QStringList application{"ApplicationPath=" + QFileInfo(libraryFilePath()).path(),
                                   "ProductName=" + config.ProductName,
                                   "Version=" + config.versionText(), "ReporterOption=False"};
     EXPECT_TRUE(mdlMain::StartErrors());
@@ -130,6 +132,7 @@ protected:
         saved_ = appConfig();
         AppConfig config = saved_;
         config.LibraryFolder = folder_.path();
+        config.LibraryFolderOnly = true;
         setAppConfig(config);
     }
     void TearDown() override {
@@ -147,6 +150,7 @@ TEST_F(ConnectLookupTest, MissingFileShowsTheBoxOnEveryCallThenOpensForReadingOn
         EXPECT_FALSE(mdlMain::ConnectLookup());
     }
     ASSERT_EQ(user->callsOf(Kind::MsgBox).size(), 2);
+    EXPECT_EQ(mdlMain::lastLookupSearch().searched, QStringList{folder_.path()});
     const QString notFound =
         "Required data file, datalookup.db, not found. Contact technical support.\r\n"
         "Phone - 000-555-0199. Tessivar will not function properly.";
@@ -167,6 +171,18 @@ TEST_F(ConnectLookupTest, MissingFileShowsTheBoxOnEveryCallThenOpensForReadingOn
               "Drug-Drug Interaction");
     EXPECT_EQ(test::DatabaseFixture::caught([&] { lookup.Execute("DELETE FROM Conflict"); }).number,
               err::StatementError);
+}
+
+// A host's folder without the file is searched first; then the usual folders, here the
+// build's data, as these tests run in the build tree.
+TEST_F(ConnectLookupTest, WithoutTheFileInTheHostsFolderTheSearchGoesOn) {
+    AppConfig config = appConfig();
+    config.LibraryFolderOnly = false;
+    setAppConfig(config);
+    EXPECT_TRUE(mdlMain::ConnectLookup());
+    const LibraryFile search = mdlMain::lastLookupSearch();
+    EXPECT_EQ(search.searched.value(0), folder_.path());
+    EXPECT_EQ(search.path, TVRX_BINARY_DIR "/data/datalookup.db");
 }
 
 }  // namespace

@@ -28,8 +28,9 @@ protected:
     }
 };
 
-// What a column gives back for a bound value: text as typed but for character 0, a doubled
-// and cut text as the quoted statement stored it, flags as numbers, times to the second.
+// What a column gives back for a bound value: text as typed but for character 0 (an empty
+// text, null or not, as an empty text), a doubled and cut text as the quoted statement
+// stored it, flags as numbers, times to the second; an invalid value is NULL.
 TEST_P(DbConnectionTest, ColumnsGiveBackWhatWasBound) {
     const struct {
         const char* column;
@@ -39,6 +40,10 @@ TEST_P(DbConnectionTest, ColumnsGiveBackWhatWasBound) {
         {"LastName", "O'Brien", "O'Brien"},
         {"LastName", "''", "''"},
         {"LastName", "ABC  ", "ABC  "},
+        {"LastName", QString(), ""},
+        {"LastName", QString(""), ""},
+        {"LastName", QString::fromUtf16(u"\0", 1), ""},
+        {"LastName", QVariant(), QVariant()},
         {"LastName", QString::fromUtf16(u"73072\0\0\0\0\0", 10), "73072"},
         {"LastName", QString::fromUtf16(u"A\0B", 3), "AB"},
         {"LastName", "'; DROP TABLE Patient; --", "'; DROP TABLE Patient; --"},

@@ -1,6 +1,8 @@
 #include "session/text/Conversions.h"
 
 #include "session/runtime/Failure.h"
+#include "session/text/Currency.h"
+#include "session/text/DateDiff.h"
 #include "support/MarkdownTables.h"
 
 #include <QDateTime>
@@ -228,6 +230,20 @@ TEST(ConversionsTest, NarrowingRoundingAndTextOfADouble) {
     checkNamedFunctions("## Number to text", named);
 }
 
+// A currency value rounds as RoundCurrency does, made from a number directly or through
+// a QVariant, and gives the rounded number back.
+TEST(ConversionsTest, CurrencyValuesRoundAsRoundCurrency) {
+    for (const test::MarkdownRow& row : conversionsTable("## Rounding").rows) {
+        if (row.cells[0] != u"RoundCurrency") continue;
+        const double rounded = *number(row.cells[2]);
+        const Currency assigned = *number(row.cells[1]);
+        EXPECT_EQ(static_cast<double>(assigned), rounded) << row.where.toStdString();
+        EXPECT_EQ(QVariant(*number(row.cells[1])).value<Currency>(), rounded)
+            << row.where.toStdString();
+        EXPECT_EQ(QVariant::fromValue(assigned).toDouble(), rounded) << row.where.toStdString();
+    }
+}
+
 TEST(ConversionsTest, NumberPictures) {
     for (const test::MarkdownRow& row : conversionsTable("## Number pictures: `Format`").rows) {
         const QList<QString> picture = texts(row.cells[0]);
@@ -265,6 +281,21 @@ TEST(ConversionsTest, DatePictures) {
         }
     }
     EXPECT_EQ(FormatDate(QDateTime(), "MM/DD/YYYY"), "");
+}
+
+TEST(ConversionsTest, DateDifferences) {
+    for (const test::MarkdownRow& row :
+         conversionsTable("### Date differences: `DateDiff` (session/text/DateDiff.h)").rows) {
+        const QVariant from =
+            row.cells[0] == u"null" ? QVariant() : QVariant(dateTime(row.cells[0]));
+        const QDateTime to = dateTime(row.cells[1]);
+        const auto difference = [&](DateInterval interval) {
+            return outcomeOf([&] { return qint32(DateDiff(interval, from, to)); });
+        };
+        EXPECT_EQ(difference(DateInterval::Day), expected(row.cells[2])) << row.where.toStdString();
+        EXPECT_EQ(difference(DateInterval::Month), expected(row.cells[3]))
+            << row.where.toStdString();
+    }
 }
 
 }  // namespace

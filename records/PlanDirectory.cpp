@@ -1,4 +1,4 @@
-#include "records/PlanLookup.h"
+#include "records/PlanDirectory.h"
 
 #include "session/data/ColumnTable.h"
 #include "session/data/Connections.h"
@@ -73,34 +73,43 @@ std::optional<int> pickPlan(RecordSet& rs, const QString& text) {
     return mdlMain::user().PickRow(QStringLiteral("Plan Directory"), captions, rows);
 }
 
-}  // namespace
-
-void PlanLookup::take(const RecordSet& rs) {
+// The plan on the current row of a directory query.
+PlanEntry planOf(const RecordSet& rs) {
     using R = ReadForm;
     using W = WriteForm;
-    using P = PlanLookup;
+    using P = PlanEntry;
     static const ColumnTable<P> table(
         QStringLiteral("PlanDirectory"), QStringLiteral("BIN"),
         {
-            {"BIN", member(&P::bin_), R::text(), W::none()},
+            {"BIN", member(&P::BIN), R::text(), W::none()},
             {"PCN", member(&P::ProcessorNumber), R::text(), W::none()},
-            {"PlanName", member(&P::planName_), R::text(), W::none()},
-            {"ShortName", member(&P::shortName_), R::text(), W::none()},
-            {"PBM", member(&P::pbm_), R::text(), W::none()},
-            {"Carrier", member(&P::carrier_), R::text(), W::none()},
-            {"Version", member(&P::version_), R::text(), W::none()},
-            {"States", member(&P::states_), R::text(), W::none()},
-            {"Status", member(&P::status_), R::text(), W::none()},
-            {"MaxScripts", member(&P::maxScripts_),
+            {"PlanName", member(&P::PlanName), R::text(), W::none()},
+            {"ShortName", member(&P::ShortName), R::text(), W::none()},
+            {"PBM", member(&P::PBM), R::text(), W::none()},
+            {"Carrier", member(&P::Carrier), R::text(), W::none()},
+            {"Version", member(&P::Version), R::text(), W::none()},
+            {"States", member(&P::States), R::text(), W::none()},
+            {"Status", member(&P::Status), R::text(), W::none()},
+            {"MaxScripts", member(&P::MaxScripts),
              R::custom([](const QVariant& field) { return conv::Val(columns::textOf(field)); }),
              W::none()},
-            {"RefSheet", member(&P::refSheet_), R::text(), W::none()},
+            {"RefSheet", member(&P::RefSheet), R::text(), W::none()},
         });
+    PlanEntry plan;
     Frame frame("PlanLookup:Plan");
-    table.read(frame, rs, *this);
+    table.read(frame, rs, plan);
+    return plan;
 }
 
-void PlanLookup::Search(const QString& sText, bool& found) {
+}  // namespace
+
+std::unique_ptr<PlanLookup> newPlanLookup() {
+    std::unique_ptr<PlanLookup> lookup = mdlMain::PlanLookups.make<PlanDirectory>();
+    if (!lookup) fail(err::ObjectVariableNotSet);
+    return lookup;
+}
+
+void PlanDirectory::Search(const QString& sText, bool& found) {
     found = false;
     // A blank text (or a "#" alone) would list the whole directory: it finds nothing.
     const QString part = conv::Trim(sText.startsWith(QLatin1Char('#')) ? sText.mid(1) : sText);
@@ -114,13 +123,13 @@ void PlanLookup::Search(const QString& sText, bool& found) {
         if (!picked) return;
         rs.MoveFirst();
         for (int i = 0; i < *picked; ++i) rs.MoveNext();
-        take(rs);
+        take(planOf(rs));
         found = true;
     });
 }
 
-void PlanLookup::SearchBinAndProcessor(const QString& sBIN, const QString& sProcessor,
-                                       bool& found) {
+void PlanDirectory::SearchBinAndProcessor(const QString& sBIN, const QString& sProcessor,
+                                          bool& found) {
     found = false;
     RecordSet rs;
     Frame frame("PlanLookup:SearchBinAndProcessor");
@@ -135,7 +144,7 @@ void PlanLookup::SearchBinAndProcessor(const QString& sBIN, const QString& sProc
     });
     frame([&] {
         if (rs.Eof()) return;
-        take(rs);
+        take(planOf(rs));
         found = true;
     });
 }
