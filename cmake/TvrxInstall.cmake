@@ -25,22 +25,27 @@ install(TARGETS ${tvrx_install_targets} EXPORT TvrxTargets
 # "session/runtime/Session.h" reads the same inside and outside.
 set(TVRX_PUBLIC_HEADERS
   session/runtime/AppConfig.h
+  session/runtime/BusyPointer.h
   session/runtime/Clock.h
+  session/runtime/ComponentFactory.h
   session/runtime/ConsoleUserInteraction.h
   session/runtime/ErrorNumbers.h
   session/runtime/ErrorReporter.h
   session/runtime/Failure.h
   session/runtime/FileErrorReporter.h
   session/runtime/KeyedCollection.h
+  session/runtime/LibraryFiles.h
   session/runtime/RecordingErrorReporter.h
   session/runtime/ScriptedUserInteraction.h
   session/runtime/Session.h
   session/runtime/UserInteraction.h
   session/data/Connections.h
   session/data/DbConnection.h
+  session/data/EmbeddedFiles.h
   session/data/Dialect.h
   session/data/RecordSet.h
   session/data/Schema.h
+  session/text/Currency.h
   session/text/ZeroDate.h
   claims/ClaimExchange.h
   claims/ConsoleTransmitFace.h
@@ -50,8 +55,10 @@ set(TVRX_PUBLIC_HEADERS
   claims/frmTransmit.h
   prescription/clsPrescription.h
   responses/DUR.h
+  responses/PlainTree.h
   responses/Reject.h
   responses/ResponseValues.h
+  responses/TreeControl.h
   responses/clsClaimResponse.h
   responses/colResponse.h
   records/Facility.h

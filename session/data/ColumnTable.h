@@ -46,9 +46,10 @@
 // setter that reads another record runs in its turn, and where two columns can fail, the
 // first one's failure is reported first. A record that reads some columns apart (a fill
 // reads its original's columns from another row) reads the rest with read() and an order
-// of its own. A column no statement selects has a property that takes no value (the
-// change date); a column the UPDATE leaves out has W::none(), and one that only an
-// original fill's row takes (not a refill's) is flagged onOriginalRowOnly().
+// of its own. A column that GetData does not select has a property that takes no value
+// (the change date, which Update alone writes); a column the UPDATE leaves out has
+// W::none(), and one that only an original fill's row takes (not a refill's) is flagged
+// onOriginalRowOnly().
 //
 // Reading a column: the read form turns the field into a value, then the strict conversion
 // of the property's type (ToInteger, ToLong, ToCurrency, ToDate, ...) makes the property's

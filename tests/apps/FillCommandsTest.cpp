@@ -7,7 +7,7 @@ namespace {
 using test::runTvrx;
 
 // "tvrx price", "tvrx new" and "tvrx refill" over the sample pharmacy and its price source,
-// one run after the other: the new prescription (100007, made today) is refilled with both
+// one run after the other: the new prescription (100012, made today) is refilled with both
 // same-day warnings answered, the sample's schedule 4 prescription 100005 has expired.
 class FillCommandsTest : public test::DatabaseFixture {};
 
@@ -33,7 +33,7 @@ TEST_P(FillCommandsTest, PricesStartsAndRefillsPrescriptions) {
         {{"new", "--patient", "1", "--drug", "1", "--prescriber", "1", "--qty", "30", "--ds", "30",
           "--refills", "3", "--rph", "1", "--db", url},
          0,
-         {"prescription 100007, refill 0\n", "remaining 90, refills left 3",
+         {"prescription 100012, refill 0\n", "remaining 90, refills left 3",
           "price 6.60, copay 5.00"},
          ""},
         {{"new", "--patient", "99", "--drug", "1", "--prescriber", "1", "--qty", "30", "--ds", "30",
@@ -41,9 +41,9 @@ TEST_P(FillCommandsTest, PricesStartsAndRefillsPrescriptions) {
          1,
          {},
          "tvrx new: no patient with PatientID 99\n"},
-        {{"refill", "100007", "--rph", "1", "--db", url, "--answer", "OK", "--answer", "OK"},
+        {{"refill", "100012", "--rph", "1", "--db", url, "--answer", "OK", "--answer", "OK"},
          0,
-         {"prescription 100007, refill 1\n", "remaining 60, refills left 2"},
+         {"prescription 100012, refill 1\n", "remaining 60, refills left 2"},
          "Less than 75% of the days supply has passed since"},
         {{"refill", "100005", "--rph", "1", "--db", url, "--answer", "2", "--json"},
          0,
