@@ -1,5 +1,4 @@
 #include "eligibility/EligibilityFixture.h"
-#include "eligibility/frmEligibility.h"
 
 namespace tvrx {
 namespace {
@@ -9,39 +8,36 @@ protected:
     void SetUp() override {
         EligibilityFixture::SetUp();
         if (IsSkipped() || HasFatalFailure()) return;
-        addReject(QStringLiteral("65"), QStringLiteral("PATIENT NOT COVERED"));
+        db->Execute(QStringLiteral("INSERT INTO Reject VALUES ('65', 'PATIENT NOT COVERED')"));
     }
 
-    // The pharmacy's plans of the sample answers, none of them the patient's.
+    // The plans of the sample answers, in the pharmacy but none of them the patient's.
     void addKnownPlans() {
-        plans["primary"] = addPlan("610011", "ACME RX", "ACME", "ACME HEALTH PLAN", false);
-        plans["secondary"] = addPlan("610222", "PCN12345678X", "RIVER", "BLUE RIVER", false);
-        plans["medicare"] = addPlan("610097", "MEDDPRIME", "MEDD", "MEDICARE D", false);
+        db->Execute(QStringLiteral("DELETE FROM PATINS"));
+        db->Execute(QStringLiteral("DELETE FROM INSURANCE"));
+        for (const QStringList& plan : {QStringList{"610011", "ACME RX", "ACME", "ACME HEALTH"},
+                                        QStringList{"610222", "PCN12345678X", "RIVER", "RIVER"},
+                                        QStringList{"610097", "MEDDPRIME", "MEDD", "MEDICARE"}})
+            plans[plan[0]] = addPlan(plan);
     }
 
-    // The patient as a host has it after reading the answer.
-    clsPatient answered(const QString& answer) {
-        clsPatient patient = loadedPatient();
-        EXPECT_TRUE(patient.ParseClaimFile(answerFile(answer)));
-        reporter->clear();
-        return patient;
-    }
-
-    QVariantList coverageRow(qint32 insID) {
+    // The patient's coverage row of the plan: the columns the buttons write, then its key.
+    QStringList coverage(const QString& bin) {
         RecordSet rs = db->OpenRecordSet(
             QStringLiteral("SELECT Relationship, PersonNumber, CardNumber, GroupNumber, InsCode, "
                            "PatInsID FROM PATINS WHERE InsID = ? AND PatientID = ?"),
-            {insID, patientID});
-        if (rs.Eof()) return {};
-        QVariantList row;
-        for (int i = 0; i < 6; ++i) row.append(rs.Fields(i));
+            {plans.value(bin), patientID});
+        QStringList row;
+        for (int i = 0; !rs.Eof() && i < 6; ++i) row.append(rs.Fields(i).toString());
         return row;
     }
 
-    QVariant patientColumn(const char* name) {
-        return db->Scalar(
-            QStringLiteral("SELECT %1 FROM PATIENT WHERE PatientID = ?").arg(QLatin1String(name)),
-            {patientID});
+    QString patientColumn(const char* name) {
+        return db
+            ->Scalar(QStringLiteral("SELECT %1 FROM PATIENT WHERE PatientID = ?")
+                         .arg(QLatin1String(name)),
+                     {patientID})
+            .toString();
     }
 
     QHash<QString, qint32> plans;
@@ -50,29 +46,20 @@ protected:
 TEST_P(AddFromEligibilityTest, AttachingWritesTheCardValuesOfTheAnswer) {
     for (const test::DataRow& row : test::dataRows("eligibility-attach.tsv")) {
         SCOPED_TRACE(row.where);
-        db->Execute(QStringLiteral("DELETE FROM PATINS"));
-        db->Execute(QStringLiteral("DELETE FROM INSURANCE"));
         addKnownPlans();
         clsPatient patient = answered(row.cells[0]);
+        reporter->clear();
         const bool primary = row.cells[1] == "primary";
-        const QString planKey = row.cells[0] == "medicare.txt" ? "medicare" : row.cells[1];
-
         ASSERT_TRUE(patient.AddPatientInsurance(primary));
-        const QVariantList written = coverageRow(plans[planKey]);
-        ASSERT_EQ(written.size(), 6);
-        QStringList values;
-        for (int i = 0; i < 5; ++i) values.append(written[i].toString());
-        EXPECT_EQ(values, row.cells.mid(2, 5));
-        EXPECT_EQ(patientColumn("PatInsID").toInt(), written[5].toInt());
-        EXPECT_EQ(patientColumn("FirstName").toString(), "Maria") << "the patient stays whole";
-        EXPECT_TRUE(primary ? patient.PatientPrimaryConfigured()
-                            : patient.PatientSecondaryConfigured());
-
+        const QStringList written = coverage(row.cells[2]);
+        EXPECT_EQ(written.mid(0, 5), row.cells.mid(3, 5));
+        EXPECT_EQ(patientColumn("PatInsID"), written.value(5));
+        EXPECT_EQ(patientColumn("FirstName"), "Maria") << "the patient is written whole";
+        const auto& state = patient.eligibilityState();
+        EXPECT_TRUE(primary ? state.PatientPrimaryConfigured : state.PatientSecondaryConfigured);
         // A second attach finds the row and writes nothing.
-        const qlonglong rows =
-            db->Scalar(QStringLiteral("SELECT COUNT(*) FROM PATINS")).toLongLong();
         EXPECT_TRUE(patient.AddPatientInsurance(primary));
-        EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM PATINS")).toLongLong(), rows);
+        EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM PATINS")).toInt(), 1);
         EXPECT_TRUE(reporter->reports().isEmpty());
     }
 }
@@ -80,80 +67,47 @@ TEST_P(AddFromEligibilityTest, AttachingWritesTheCardValuesOfTheAnswer) {
 TEST_P(AddFromEligibilityTest, TheDefaultPlanFollowsTheOrderOfAttaching) {
     for (const test::DataRow& row : test::dataRows("eligibility-default-plan.tsv")) {
         SCOPED_TRACE(row.where);
-        db->Execute(QStringLiteral("DELETE FROM PATINS"));
-        db->Execute(QStringLiteral("DELETE FROM INSURANCE"));
         addKnownPlans();
         clsPatient patient = answered(QStringLiteral("two-plans.txt"));
         for (const QString& plan : row.cells[0].split(u','))
             EXPECT_TRUE(patient.AddPatientInsurance(plan == "primary"));
-        const QVariantList expected = coverageRow(plans[row.cells[1]]);
-        ASSERT_EQ(expected.size(), 6);
-        EXPECT_EQ(patient.PatInsID, expected[5].toInt());
-        EXPECT_EQ(patientColumn("PatInsID").toInt(), expected[5].toInt());
+        const QString expected = coverage(row.cells[1] == "primary" ? "610011" : "610222").value(5);
+        EXPECT_EQ(QString::number(patient.PatInsID), expected);
+        EXPECT_EQ(patientColumn("PatInsID"), expected);
     }
 }
 
-// The road of a plan the pharmacy does not have: the report's buttons create it from the
-// directory, then attach it, each turning itself off and the next one on.
+// A plan only the directory knows: the report's buttons create it, then attach it, each
+// turning itself off and the next one on. Without a plan to add, nothing changes.
 TEST_P(AddFromEligibilityTest, TheButtonsAddAPlanKnownOnlyToTheDirectory) {
+    EXPECT_FALSE(clsPatient().AddInsurance(true));
     PlanEntry acme;
     acme.BIN = QStringLiteral("610011");
     acme.ProcessorNumber = QStringLiteral("ACME RX");
     acme.PlanName = QStringLiteral("ACME HEALTH PLAN");
-    acme.ShortName = QStringLiteral("ACME");
-    acme.Version = QStringLiteral("51");
-    directory->answer(acme);          // the report's look-up of the primary
-    directory->answer(std::nullopt);  // the secondary: unknown
-    directory->answer(acme);          // the creation of the primary
+    // The report's look-ups of both plans, then the creation of each: the secondary's fails.
+    for (const auto& found :
+         std::initializer_list<std::optional<PlanEntry>>{acme, std::nullopt, std::nullopt, acme})
+        directory->answer(found);
     QStringList steps;
-    face->onShow([&](frmPrint& shown) {
-        auto& form = dynamic_cast<frmEligibility&>(shown);
-        const auto enabled = [&] {
+    face->onShow([&](frmPrint& form) {
+        for (const char* click : {"", "cmdAddSecondary", "cmdAddPrimary", "cmdAddPrimaryPatient"}) {
+            form.sideButton_Click(QString::fromLatin1(click));
             QStringList on;
             for (const frmPrint::SideButton& button : form.sideButtons())
                 if (button.Enabled) on.append(button.Name);
-            return on.join(u',');
-        };
-        steps << enabled();
-        form.sideButton_Click(QStringLiteral("cmdAddPrimary"));
-        steps << enabled();
-        form.sideButton_Click(QStringLiteral("cmdAddPrimaryPatient"));
-        steps << enabled();
+            steps.append(on.join(u','));
+        }
     });
-    clsPatient patient = loadedPatient();
-    ASSERT_TRUE(patient.ParseClaimFile(answerFile(QStringLiteral("two-plans.txt"))));
-    EXPECT_EQ(steps, (QStringList{"cmdAddPrimary", "cmdAddPrimaryPatient", ""}));
-
-    const qint32 insID =
-        db->Scalar(QStringLiteral("SELECT InsID FROM INSURANCE WHERE BIN = '610011'")).toInt();
-    ASSERT_GT(insID, 0);
-    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT Phone FROM INSURANCE WHERE InsID = ?"), {insID})
+    const clsPatient patient = answered(QStringLiteral("two-plans.txt"));
+    EXPECT_EQ(steps, QStringList({"cmdAddPrimary", "cmdAddPrimary", "cmdAddPrimaryPatient", ""}));
+    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT Phone || ID FROM INSURANCE WHERE BIN = '610011'"))
                   .toString(),
-              "8005550101");
-    EXPECT_EQ(
-        db->Scalar(QStringLiteral("SELECT ID FROM INSURANCE WHERE InsID = ?"), {insID}).toString(),
-        "4512345");
-    EXPECT_EQ(coverageRow(insID).value(2).toString(), "MEM12345");
-    EXPECT_TRUE(patient.PrimaryConfigured() && patient.PatientPrimaryConfigured());
+              "80055501014512345");
+    plans["610011"] = db->Scalar(QStringLiteral("SELECT InsID FROM INSURANCE")).toInt();
+    EXPECT_EQ(coverage("610011").value(2), "MEM12345");
+    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM INSURANCE")).toInt(), 1);
     EXPECT_EQ(directory->pendingAnswers(), 0);
-    EXPECT_TRUE(reporter->reports().isEmpty());
-}
-
-// Nothing to add: no answer read, or a plan neither the pharmacy nor the directory has.
-TEST_P(AddFromEligibilityTest, WithoutAPlanToAddNothingChanges) {
-    clsPatient fresh = loadedPatient();
-    EXPECT_FALSE(fresh.AddInsurance(true));
-    EXPECT_FALSE(fresh.AddPatientInsurance(false));
-
-    directory->answer(std::nullopt);
-    directory->answer(std::nullopt);
-    clsPatient patient = answered(QStringLiteral("two-plans.txt"));
-    directory->answer(std::nullopt);
-    EXPECT_FALSE(patient.AddInsurance(true));
-    EXPECT_FALSE(patient.AddPatientInsurance(true));
-    EXPECT_FALSE(patient.PrimaryConfigured() || patient.PatientPrimaryConfigured());
-    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM INSURANCE")).toLongLong(), 0);
-    EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM PATINS")).toLongLong(), 0);
     EXPECT_TRUE(reporter->reports().isEmpty());
 }
 

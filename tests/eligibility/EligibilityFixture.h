@@ -5,7 +5,6 @@
 #include "reports/ScriptedPreviewFace.h"
 #include "responses/ResponseJson.h"
 #include "session/data/Procedures.h"
-#include "session/runtime/Session.h"
 #include "support/DataRows.h"
 #include "support/SchemaFixture.h"
 
@@ -14,9 +13,9 @@
 
 namespace tvrx::test {
 
-// The pharmacy's schema, a patient, a Reject table in the lookup database (the same
-// database here), a scripted plan directory and a scripted preview. Answers are files under
-// tests/eligibility/answers in the readable notation; the test writes them out as bytes.
+// The pharmacy's schema, a patient, a Reject table in the lookup database (the same one
+// here), a scripted plan directory and a scripted preview. Answers are kept under
+// tests/eligibility/answers in the readable notation and written out as bytes.
 class EligibilityFixture : public SchemaFixture {
 protected:
     void SetUp() override {
@@ -29,72 +28,47 @@ protected:
         db->Execute(QStringLiteral("UPDATE PATIENT SET FirstName = 'Maria', LastName = 'Lopez', "
                                    "FacilityID = 0, MDID = 0 WHERE PatientID = ?"),
                     {patientID});
-        restart();
-    }
-
-    // A new plan directory script and preview, as for another run of the report.
-    void restart() {
-        directory = std::make_shared<PlanLookupScript>();
         mdlMain::PlanLookups.set(directory->factory());
-        face = std::make_shared<ScriptedPreviewFace>();
         setPreviewFace(face);
     }
 
-    void addReject(const QString& code, const QString& description) {
-        db->Execute(QStringLiteral("INSERT INTO Reject (Code, Description) VALUES (?, ?)"),
-                    {code, description});
-    }
-
-    // A plan of the pharmacy; attached, the patient has a coverage row of it.
-    qint32 addPlan(const QString& bin, const QString& pcn, const QString& code, const QString& name,
-                   bool attached) {
+    // A plan of the pharmacy: BIN, PCN, code, name, and "attached" when it is the patient's.
+    qint32 addPlan(const QStringList& plan) {
         const qint32 insID = Procedures::newKey(*db, QStringLiteral("NewInsurance"));
         db->Execute(QStringLiteral("UPDATE INSURANCE SET BIN = ?, ProcNumb = ?, InsCode = ?, "
-                                   "Name = ?, Form = '51', Deleted = 0 WHERE InsID = ?"),
-                    {bin, pcn, code, name, insID});
-        if (attached) {
-            const qint32 patInsID = Procedures::newKey(*db, QStringLiteral("NewPatIns"));
-            db->Execute(
-                QStringLiteral("UPDATE PATINS SET InsID = ?, PatientID = ? WHERE PatInsID = ?"),
-                {insID, patientID, patInsID});
-        }
+                                   "Name = ?, Deleted = 0 WHERE InsID = ?"),
+                    {plan.value(0), plan.value(1), plan.value(2), plan.value(3), insID});
+        if (plan.value(4) != QLatin1String("attached")) return insID;
+        const qint32 patInsID = Procedures::newKey(*db, QStringLiteral("NewPatIns"));
+        db->Execute(QStringLiteral("UPDATE PATINS SET InsID = ?, PatientID = ? WHERE PatInsID = ?"),
+                    {insID, patientID, patInsID});
         return insID;
     }
 
-    // The answer file as the exchange leaves it; "-" a path where there is none.
+    // The answer as the exchange leaves it; "-" a path where there is none.
     QString answerFile(const QString& name) {
-        const QString path = folder.filePath(name == QLatin1String("-") ? "missing.RSP" : name);
-        if (name == QLatin1String("-")) return path;
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        const NotationResult read =
-            readResponseFile(QStringLiteral(TVRX_SOURCE_DIR "/tests/eligibility/answers/") + name);
-        EXPECT_TRUE(read) << name.toStdString() << ": " << read.error.toStdString();
-        file.write(read.text.value_or(QString()).toLatin1());
-        return path;
+        QFile file(folder.filePath(name));
+        const NotationResult read = readResponseFile(answers + name);
+        if (name != QLatin1String("-") && file.open(QIODevice::WriteOnly))
+            file.write(read.text.value_or(QString()).toLatin1());
+        return file.fileName();
     }
 
-    static QString expectedText(const QString& name) {
-        QFile file(QStringLiteral(TVRX_SOURCE_DIR "/tests/eligibility/answers/") + name);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
-        QString text = QString::fromUtf8(file.readAll());
-        if (text.endsWith(u'\n')) text.chop(1);
-        return text;
-    }
-
-    // The patient as a host loads it.
-    clsPatient loadedPatient() const {
+    // The patient as a host loads it, after reading the answer.
+    clsPatient answered(const QString& name, bool shown = true) {
         clsPatient patient;
         patient.PatientID = patientID;
         patient.GetData();
         patient.SelectedNABP = QStringLiteral("4512345");
         patient.SelectedPrinter = QStringLiteral("Front Counter");
+        EXPECT_EQ(patient.ParseClaimFile(answerFile(name)), shown) << name.toStdString();
         return patient;
     }
 
+    const QString answers = QStringLiteral(TVRX_SOURCE_DIR "/tests/eligibility/answers/");
     qint32 patientID = 0;
-    std::shared_ptr<PlanLookupScript> directory;
-    std::shared_ptr<ScriptedPreviewFace> face;
+    std::shared_ptr<PlanLookupScript> directory = std::make_shared<PlanLookupScript>();
+    std::shared_ptr<ScriptedPreviewFace> face = std::make_shared<ScriptedPreviewFace>();
     QTemporaryDir folder;
 };
 
