@@ -1,4 +1,5 @@
 #include "eligibility/EligibilityFixture.h"
+#include "reports/ConsolePreviewFace.h"
 
 namespace tvrx {
 namespace {
@@ -109,6 +110,30 @@ TEST_P(AddFromEligibilityTest, TheButtonsAddAPlanKnownOnlyToTheDirectory) {
     EXPECT_EQ(db->Scalar(QStringLiteral("SELECT COUNT(*) FROM INSURANCE")).toInt(), 1);
     EXPECT_EQ(directory->pendingAnswers(), 0);
     EXPECT_TRUE(reporter->reports().isEmpty());
+}
+
+// On a console the report's enabled buttons are a numbered choice, Close last, until none
+// is left.
+TEST_P(AddFromEligibilityTest, TheConsoleOffersTheEnabledButtons) {
+    PlanEntry acme;
+    acme.BIN = QStringLiteral("610011");
+    acme.ProcessorNumber = QStringLiteral("ACME RX");
+    for (const auto& found :
+         std::initializer_list<std::optional<PlanEntry>>{acme, std::nullopt, acme})
+        directory->answer(found);
+    std::FILE* out = std::tmpfile();
+    setPreviewFace(std::make_shared<ConsolePreviewFace>(QString(), out));
+    user->answerChoose(1);
+    user->answerChoose(1);
+    answered(QStringLiteral("two-plans.txt"));
+    std::fclose(out);
+    QStringList offered;
+    for (const auto& call : user->callsOf(ScriptedUserInteraction::Kind::Choose))
+        offered.append(call.args.value(0));
+    EXPECT_EQ(offered,
+              QStringList({"Add P&rmary Ins,&Close", "&Add Prmary Ins to Patient,&Close"}));
+    plans["610011"] = db->Scalar(QStringLiteral("SELECT InsID FROM INSURANCE")).toInt();
+    EXPECT_EQ(coverage("610011").value(2), "MEM12345");
 }
 
 TVRX_BACKENDS(AddFromEligibilityTest);
