@@ -39,6 +39,12 @@ Procedures::Result deleteRx(DbConnection& connection, const QVariantList& args) 
     return {};
 }
 
+// The list of automatic refills, every row, updatable by its key.
+Procedures::Result allAutoRefill(DbConnection& connection, const QVariantList&) {
+    return {QVariant(), connection.OpenUpdatable(QStringLiteral("AutoRefill"), QStringLiteral("*"),
+                                                 QStringLiteral("1 = 1 ORDER BY AutoRefillID"))};
+}
+
 }  // namespace
 
 std::vector<std::pair<const char*, Procedures::Procedure>> lifecycleProcedures() {
@@ -47,6 +53,7 @@ std::vector<std::pair<const char*, Procedures::Procedure>> lifecycleProcedures()
         {"FindRxNumberAll", findRxNumberAll},
         {"VoidRefill", voidRefill},
         {"DeleteRx", deleteRx},
+        {"AllAutoRefill", allAutoRefill},
     };
 }
 
