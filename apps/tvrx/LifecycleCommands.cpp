@@ -67,7 +67,8 @@ FillState stateOf(DbConnection& db, qint32 rxInfoId, qint32 drugId) {
 QString stateText(const FillState& state) {
     if (!state.present) return QStringLiteral("removed");
     if (state.deleted) return QStringLiteral("deleted");
-    if (state.voided) return state.onHold ? QStringLiteral("voided and held") : QStringLiteral("voided");
+    if (state.voided)
+        return state.onHold ? QStringLiteral("voided and held") : QStringLiteral("voided");
     return QStringLiteral("not voided");
 }
 
@@ -194,8 +195,8 @@ void declareWantbook(CommandLine& line) {
     line.addJsonOption();
 }
 
-const char* const kWantColumns[] = {"DrugID",      "Name",   "Stock",     "MinReorderQty",
-                                    "ParQty",      "PackageSize", "OrderQty", "Date"};
+const char* const kWantColumns[] = {"DrugID", "Name",        "Stock",    "MinReorderQty",
+                                    "ParQty", "PackageSize", "OrderQty", "Date"};
 
 int runWantbook(const CommandLine& line) {
     RecordSession session(line);
@@ -219,9 +220,11 @@ int runWantbook(const CommandLine& line) {
         printJson(object);
         return kExitOk;
     }
-    if (lines.Eof()) std::printf("The want list is empty.\n");
-    else std::printf("%-7s %-32s %9s %9s %9s %9s\n", "DrugID", "Drug", "Stock", "Reorder", "Par",
-                     "Packages");
+    if (lines.Eof())
+        std::printf("The want list is empty.\n");
+    else
+        std::printf("%-7s %-32s %9s %9s %9s %9s\n", "DrugID", "Drug", "Stock", "Reorder", "Par",
+                    "Packages");
     for (; !lines.Eof(); lines.MoveNext()) {
         std::printf("%-7s %-32s %9s %9s %9s %9s\n", qPrintable(shownText(lines.Fields(0))),
                     qPrintable(shownText(lines.Fields(1))), qPrintable(shownText(lines.Fields(2))),
@@ -234,8 +237,7 @@ int runWantbook(const CommandLine& line) {
 }  // namespace
 
 Command voidCommand() {
-    return {QStringLiteral("void"),
-            QStringLiteral("void, hold or delete a fill, or lift its void"),
+    return {QStringLiteral("void"), QStringLiteral("void, hold or delete a fill, or lift its void"),
             QStringLiteral("Asks, as the pharmacy's screens do, whether to void the fill (an\n"
                            "original without refills may also be held or deleted) or to lift\n"
                            "its void; the quantity goes back to the prescription and the stock.\n"

@@ -49,10 +49,8 @@ Procedures::Result allAutoRefill(DbConnection& connection, const QVariantList&) 
 
 std::vector<std::pair<const char*, Procedures::Procedure>> lifecycleProcedures() {
     return {
-        {"FindRxNumber", findRxNumber},
-        {"FindRxNumberAll", findRxNumberAll},
-        {"VoidRefill", voidRefill},
-        {"DeleteRx", deleteRx},
+        {"FindRxNumber", findRxNumber},   {"FindRxNumberAll", findRxNumberAll},
+        {"VoidRefill", voidRefill},       {"DeleteRx", deleteRx},
         {"AllAutoRefill", allAutoRefill},
     };
 }

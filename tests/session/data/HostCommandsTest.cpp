@@ -22,7 +22,8 @@ protected:
 
     // A cell as a bound value: "null", a date-time, or the text.
     static QVariant value(const QString& cell) {
-        static const QRegularExpression dateTime(QStringLiteral(R"(^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d$)"));
+        static const QRegularExpression dateTime(
+            QStringLiteral(R"(^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d$)"));
         if (cell == "null") return {};
         if (cell == "\"\"") return QStringLiteral("");
         if (dateTime.match(cell).hasMatch()) return QDateTime::fromString(cell, Qt::ISODate);
@@ -95,7 +96,8 @@ TEST_P(HostCommandsTest, NewAutoRefillRowsTakeTheListsDefaults) {
         ASSERT_FALSE(stored.Eof());
         for (int i = 0; i < columns.size(); ++i) {
             const QString expected = row.cells[columns.size() + i];
-            EXPECT_EQ(shown(stored.Fields(i)), expected == "today" ? today : expected) << columns[i];
+            EXPECT_EQ(shown(stored.Fields(i)), expected == "today" ? today : expected)
+                << columns[i];
         }
     }
     catalogue().Run("dbo_AllAutoRefill");
@@ -116,7 +118,8 @@ TEST_P(HostCommandsTest, AWriteBackStoresOnlyTheFieldsAssigned) {
     line.setField("DrugID", 3);
     line.Update();
     line.Close();
-    RecordSet stored = db->OpenRecordSet("SELECT DrugID, Date, OrderQty FROM WANTBOOK ORDER BY DrugID");
+    RecordSet stored =
+        db->OpenRecordSet("SELECT DrugID, Date, OrderQty FROM WANTBOOK ORDER BY DrugID");
     QStringList rows;
     for (; !stored.Eof(); stored.MoveNext())
         rows.append(shown(stored.Fields(0)) + " " + shown(stored.Fields(1)) + " " +
