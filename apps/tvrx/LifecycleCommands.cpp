@@ -179,7 +179,8 @@ int runDelete(const CommandLine& line) {
     // A deleted fill gave its quantity back already; a second delete would give it again.
     if (deleted.toInt() != 0)
         return line.failed(QStringLiteral("fill %1 is already deleted").arg(*id));
-    askOnTheConsole(line);
+    // A delete asks nothing; a box the library shows (a lost link) goes to the terminal.
+    mdlMain::UserService = std::make_shared<ConsoleUserInteraction>();
     clsPrescription rx;
     rx.setConnection(db);
     rx.RXInfoID = *id;

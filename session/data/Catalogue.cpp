@@ -177,9 +177,9 @@ void Catalogue::Run(const QString& name, const QVariantList& params) {
             rows = openUpdatable(*rxdb_, source, params);
             break;
     }
-    for (const NewRowDefaults& entry : kNewRowDefaults) {
-        if (key == QLatin1String(entry.command) && rows.Updatable())
-            rows.setNewRowDefaults(entry.apply);
+    for (const NewRowDefaults& defaults : kNewRowDefaults) {
+        if (key == QLatin1String(defaults.command) && rows.Updatable())
+            rows.setNewRowDefaults(defaults.apply);
     }
 }
 

@@ -138,8 +138,8 @@ TEST(CatalogueCommands, EveryCommandIsListedOnceWithItsKind) {
 
 TEST(CatalogueCommands, EveryProcedureCommandHasABody) {
     for (const auto& command : Catalogue::commands()) {
-        if (command.kind == Catalogue::Kind::Procedure)
-            EXPECT_TRUE(Procedures::isRegistered(QLatin1String(command.source))) << command.name;
+        if (command.kind != Catalogue::Kind::Procedure) continue;
+        EXPECT_TRUE(Procedures::isRegistered(QLatin1String(command.source))) << command.name;
     }
 }
 

@@ -1,5 +1,6 @@
 #include "session/data/Catalogue.h"
 #include "session/data/SamplePharmacy.h"
+#include "session/runtime/Failure.h"
 #include "support/DataRows.h"
 #include "support/SchemaFixture.h"
 
@@ -97,7 +98,7 @@ TEST_P(HostCommandsTest, NewAutoRefillRowsTakeTheListsDefaults) {
         for (int i = 0; i < columns.size(); ++i) {
             const QString expected = row.cells[columns.size() + i];
             EXPECT_EQ(shown(stored.Fields(i)), expected == "today" ? today : expected)
-                << columns[i];
+                << columns[i].toStdString();
         }
     }
     catalogue().Run("dbo_AllAutoRefill");
