@@ -43,5 +43,8 @@ Command newCommand();
 Command refillCommand();
 Command screenCommand();
 Command imageCommand();
+Command voidCommand();
+Command deleteCommand();
+Command wantbookCommand();
 
 }  // namespace tvrx::cli

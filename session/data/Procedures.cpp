@@ -2,6 +2,7 @@
 
 #include "session/data/DbConnection.h"
 #include "session/data/FillProcedures.h"
+#include "session/data/HostProcedures.h"
 #include "session/data/LifecycleProcedures.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
@@ -59,6 +60,8 @@ struct Registry {
         for (auto& [name, procedure] : fillProcedures())
             procedures[canonical(QString::fromLatin1(name))] = std::move(procedure);
         for (auto& [name, procedure] : lifecycleProcedures())
+            procedures[canonical(QString::fromLatin1(name))] = std::move(procedure);
+        for (auto& [name, procedure] : hostProcedures())
             procedures[canonical(QString::fromLatin1(name))] = std::move(procedure);
     }
 };
