@@ -43,5 +43,7 @@ Command newCommand();
 Command refillCommand();
 Command screenCommand();
 Command imageCommand();
+Command editCommand();
+Command generateCommand();
 
 }  // namespace tvrx::cli

@@ -15,7 +15,8 @@ const std::vector<Command>& commands() {
         encodeCommand(),       exchangeCommand(), initCommand(),   showCommand(),
         logCommand(),          planCommand(),     decodeCommand(), claimBuildCommand(),
         claimExplainCommand(), submitCommand(),   priceCommand(),  newCommand(),
-        refillCommand(),       screenCommand(),   imageCommand(),
+        refillCommand(),       screenCommand(),   imageCommand(),  editCommand(),
+        generateCommand(),
     };
     return all;
 }

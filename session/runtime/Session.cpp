@@ -6,6 +6,11 @@
 #include "session/runtime/ConsoleUserInteraction.h"
 #include "session/runtime/FileErrorReporter.h"
 
+namespace tvrx {
+// The refill finder's face (prescription/frmFindRefill.h declares the service).
+class FindRefillFace;
+}  // namespace tvrx
+
 namespace tvrx::mdlMain {
 
 thread_local std::shared_ptr<DbConnection> MainConnection;
@@ -19,6 +24,7 @@ thread_local std::shared_ptr<UserInteraction> UserService;
 thread_local std::shared_ptr<Clock> ClockService;
 thread_local std::shared_ptr<TransmitFace> TransmitService;
 thread_local std::shared_ptr<PreviewFace> PreviewService;
+thread_local std::shared_ptr<FindRefillFace> FindRefillService;
 thread_local std::function<std::shared_ptr<PageDocument>()> DocumentFactory;
 thread_local std::function<std::shared_ptr<InteractionScreen>()> InteractionScreenFactory;
 thread_local std::function<std::shared_ptr<AllergyScreen>()> AllergyScreenFactory;
@@ -76,6 +82,7 @@ void resetSession() {
     ClockService.reset();
     TransmitService.reset();
     PreviewService.reset();
+    FindRefillService.reset();
     DocumentFactory = nullptr;
     InteractionScreenFactory = nullptr;
     AllergyScreenFactory = nullptr;
