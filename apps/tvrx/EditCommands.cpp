@@ -45,6 +45,7 @@ void declareGenerate(CommandLine& line) {
     line.addOption(QStringLiteral("tech"), QStringLiteral("ID"), QStringLiteral("the technician"));
     line.addOption(QStringLiteral("start"), QStringLiteral("N"),
                    QStringLiteral("the lowest number the new prescription number may take"));
+    declareAnswers(line);
     line.addDatabaseOption();
     line.addJsonOption();
 }
