@@ -114,13 +114,10 @@ protected:
             EXPECT_EQ(QString::number(rx.ClaimReady ? 1 : 0), expect[3]);
             EXPECT_EQ(QString::number(rx.OtherClaimReady ? 1 : 0), expect[4]);
         }
-        QStringList captions;
-        for (const auto& shown : face->shown()) captions << shown.caption;
-        const QList<QStringList> wanted = c.all("caption");
-        if (!wanted.isEmpty()) {
-            QStringList wantedCaptions;
-            for (const QStringList& caption : wanted) wantedCaptions << caption[0];
-            EXPECT_EQ(captions, wantedCaptions);
+        if (!c.all("caption").isEmpty()) {
+            QList<QStringList> captions;
+            for (const auto& shown : face->shown()) captions.append({shown.caption});
+            EXPECT_EQ(captions, c.all("caption"));
         }
         if (!c.all("list").isEmpty()) {
             EXPECT_EQ(face->shown().value(0).rows, c.all("list"));
@@ -171,6 +168,8 @@ TEST_P(EditTest, EachBranchOfAnEditAndOfItsRefillFinder) {
 // the new one, and counts on from what the generate carried over.
 TEST_P(EditTest, AGenerateStartsANewNumberThatARefillOfTheOldNumberFollows) {
     arrange({});
+    // The last fill was voided: its counts are taken as they stand.
+    db->Execute("UPDATE RXINFO SET Voided = 1, QtyRemain = 15 WHERE RXInfoID = 3");
     clsPrescription rx;
     qint32 number = 500;
     ASSERT_TRUE(rx.GeneratePrescription(3, 950, number, 0, 4));
@@ -184,7 +183,7 @@ TEST_P(EditTest, AGenerateStartsANewNumberThatARefillOfTheOldNumberFollows) {
     const RecordSet made = db->OpenRecordSet(row, {rx.RXInfoID});
     QStringList values;
     for (int i = 0; i < made.FieldCount(); ++i) values << made.Fields(i).toString();
-    EXPECT_EQ(values.join(u' '), QStringLiteral("950 0 30 0 0 500 3 4"));
+    EXPECT_EQ(values.join(u' '), QStringLiteral("950 0 30 0 15 500 3 4"));
 
     db->Execute("UPDATE RXINFO SET QtyRemain = 60, Refills = 2, Date = ? WHERE Number = 950",
                 {QDateTime(QDate(2026, 2, 1), QTime(10, 0))});
