@@ -89,12 +89,6 @@ public:
     virtual FindRefillGesture next(const frmFindRefill& form) = 0;
 };
 
-namespace mdlMain {
-// How the refill finder is shown (console list, dialog, scripted); part of the session
-// state, forgotten by resetSession.
-extern thread_local std::shared_ptr<FindRefillFace> FindRefillService;
-}  // namespace mdlMain
-
 // The face the finder is shown on: the console's unless a host set another.
 FindRefillFace& findRefillFace();
 void setFindRefillFace(std::shared_ptr<FindRefillFace> face);
