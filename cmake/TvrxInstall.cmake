@@ -54,7 +54,10 @@ set(TVRX_PUBLIC_HEADERS
   claims/Wrapper.h
   claims/colRX.h
   claims/frmTransmit.h
+  prescription/ConsoleFindRefillFace.h
+  prescription/ScriptedFindRefillFace.h
   prescription/clsPrescription.h
+  prescription/frmFindRefill.h
   responses/DUR.h
   responses/PlainTree.h
   responses/Reject.h

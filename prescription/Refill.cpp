@@ -1,3 +1,4 @@
+#include "prescription/FillRow.h"
 #include "prescription/RefillDialogs.h"
 #include "prescription/clsPrescription.h"
 
@@ -49,30 +50,17 @@ const QString kAddIngredient = QStringLiteral(
     "INSERT INTO Ingredients (RxInfoID, NAME, NDC, CostBasis, Qty, Cost, HCPC) "
     "VALUES (?, ?, ?, ?, ?, ?, ?)");
 
-QVariant column(const RecordSet& rs, const char* name) {
-    return rs.Fields(QString::fromLatin1(name));
-}
-
-// A column followed by an empty text: a null reads as the empty text.
-QString text(const RecordSet& rs, const char* name) {
-    const QVariant value = column(rs, name);
-    return value.isNull() ? QString() : value.toString();
-}
+using fillrow::column;
+using fillrow::orZero;
+using fillrow::text;
+using fillrow::today;
+using fillrow::zeroText;
 
 // A column into a text variable: a null fails with 94.
 QString strictText(const RecordSet& rs, const char* name) {
     const QVariant value = column(rs, name);
     if (value.isNull()) fail(err::InvalidUseOfNull);
     return value.toString();
-}
-
-QVariant orZero(const RecordSet& rs, const char* name) {
-    return mdlMain::ScreenForNull(column(rs, name), 0);
-}
-
-// The text "0" followed by the column, converted: a null reads 0.
-QVariant zeroText(const RecordSet& rs, const char* name) {
-    return QStringLiteral("0") + text(rs, name);
 }
 
 // A comparison with a column as the platform made it: a null compares as not true.
@@ -98,10 +86,6 @@ qint32 runForNumber(const char* command, const QVariantList& params = {}) {
     const QString name = QString::fromLatin1(command);
     catalogue.Run(name, params);
     return conv::ToLong(catalogue.returnValue(name));
-}
-
-QDateTime today() {
-    return mdlMain::clock().now().date().startOfDay();
 }
 
 // One run of the refill rules over one prescription number.
@@ -437,33 +421,8 @@ qint16 RefillRun::createFill() {
 
 // The values of the new row, in NewRefill's order, taken from the last live fill.
 QVariantList RefillRun::refillValues() const {
-    const RecordSet& last = fills_;
-    const QVariant compound = column(last, "Compound");
-    return {number_,
-            newRefill_,
-            orZero(last, "PatientID"),
-            mdlMain::ScreenForNull(column(last, "Patient")),
-            orZero(last, "PatInsID"),
-            orZero(last, "MDID"),
-            column(last, "Doctor"),
-            column(last, "Drug"),
-            orZero(last, "DrugID"),
-            !compound.isNull() && conv::ToDouble(compound) != 0,
-            fillQty_,
-            refillsAfter_,
-            remainAfter_,
-            orZero(last, "Cost"),
-            orZero(last, "Price"),
-            orZero(last, "Copay"),
-            column(last, "SIG"),
-            mdlMain::clock().now(),
-            orZero(last, "LogID"),
-            column(last, "DS"),
-            rphId_,
-            techId_,
-            orZero(last, "PriceTableID"),
-            column(last, "SigCodes"),
-            column(last, "Schedule")};
+    return fillrow::newRefillValues(
+        fills_, {number_, newRefill_, fillQty_, refillsAfter_, remainAfter_, rphId_, techId_});
 }
 
 // What the new fill keeps of the last one in memory, for the caller's Update; the other
@@ -481,26 +440,10 @@ void RefillRun::copyFromLastFill() {
         {"OriginCode", &clsPrescription::OriginCode},
         {"LevelOfService", &clsPrescription::LevelOfService},
         {"Units", &clsPrescription::Units},
-        {"InsData", &clsPrescription::InsData},
-        {"Notes", &clsPrescription::Notes},
     };
     for (const auto& copied : texts) frame_([&] { rx_.*copied.second = text(last, copied.first); });
-    frame_([&] { rx_.FormulaID = conv::ToInteger(zeroText(last, "FormulaID")); });
-    frame_([&] { rx_.DNDC = text(last, "DNDC"); });
     rx_.Tech = techId_;
-    frame_([&] { rx_.OPatInsID = conv::ToLong(zeroText(last, "OPatInsID")); });
-    rx_.OInsPaid = 0;
-    rx_.OInsAmount = 0;
-    rx_.OInsCopay = 0;
-    rx_.PInsAmount = 0;
-    rx_.PInsCopay = 0;
-    rx_.OOnlineResult.clear();
-    rx_.OAuthCode.clear();
-    frame_([&] { rx_.OtherCoverage = text(last, "OtherCoverage"); });
-    frame_([&] { rx_.OtherType = text(last, "OtherType"); });
-    frame_([&] { rx_.PaidQualifier = text(last, "PaidQualifier"); });
-    rx_.OtherDate = today();
-    frame_([&] { rx_.MetricQty = conv::ToDouble(zeroText(last, "MetricQty")); });
+    fillrow::carryOver(frame_, rx_, last);
 }
 
 // The last fill's compound ingredients go with the new fill, each as it was typed; one

@@ -105,6 +105,22 @@ public:
     qint16 RefillPrescription(qint32 RPhID, qint32 StartNumber, qint32& lRxNumber,
                               qint32 lPatientID = 0, qint32 TechID = 0,
                               bool ControlIIOveride = false);
+    // ---- Edit and a new number (prescription/Edit.cpp, Generate.cpp) ----
+
+    // Loads fill lRefillNumber of prescription lRxNumber for change: 99 the last fill, -1
+    // the one the user picks in the refill finder; a number with one fill loads it whatever
+    // lRefillNumber says. lPatientID above 0 refuses a prescription of another patient.
+    // Rebuilds the stored payer answers, offers to recover a deleted fill and gives a fill
+    // whose pharmacist is gone (or none) RPhID. True when a fill was loaded and the user
+    // did not cancel.
+    bool EditPrescription(qint32 lRxNumber, qint32 lPatientID = 0, qint16 lRefillNumber = -1,
+                          qint32 RPhID = 0, qint32 TechID = 0);
+    // Moves prescription lRxNumber to a new number (the next after the highest, at least
+    // StartNumber), which comes back in lRxNumber: a new original fill with the last
+    // fill's quantity and what remained of it, that remembers the old number. The caller
+    // calls Update. lPatientID is accepted and not used.
+    bool GeneratePrescription(qint32 RPhID, qint32 StartNumber, qint32& lRxNumber,
+                              qint32 lPatientID = 0, qint32 TechID = 0);
     // How this object came to be, for labels: "NEW ", "REFILL ", "EDIT ", "GENERATED ",
     // or "?".
     QString FillMode() const;

@@ -46,5 +46,7 @@ Command imageCommand();
 Command voidCommand();
 Command deleteCommand();
 Command wantbookCommand();
+Command editCommand();
+Command generateCommand();
 
 }  // namespace tvrx::cli

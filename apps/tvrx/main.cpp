@@ -16,7 +16,7 @@ const std::vector<Command>& commands() {
         logCommand(),          planCommand(),     decodeCommand(), claimBuildCommand(),
         claimExplainCommand(), submitCommand(),   priceCommand(),  newCommand(),
         refillCommand(),       screenCommand(),   imageCommand(),  voidCommand(),
-        deleteCommand(),       wantbookCommand(),
+        deleteCommand(),       wantbookCommand(), editCommand(),   generateCommand(),
     };
     return all;
 }

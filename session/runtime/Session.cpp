@@ -19,6 +19,7 @@ thread_local std::shared_ptr<UserInteraction> UserService;
 thread_local std::shared_ptr<Clock> ClockService;
 thread_local std::shared_ptr<TransmitFace> TransmitService;
 thread_local std::shared_ptr<PreviewFace> PreviewService;
+thread_local std::shared_ptr<FindRefillFace> FindRefillService;
 thread_local std::shared_ptr<BusyPointer> PointerService;
 thread_local ComponentFactory<PlanLookup> PlanLookups;
 thread_local ComponentFactory<PageDocument> Documents;
@@ -76,6 +77,7 @@ void resetSession() {
     ClockService.reset();
     TransmitService.reset();
     PreviewService.reset();
+    FindRefillService.reset();
     PointerService.reset();
     PlanLookups.set(nullptr);
     Documents.set(nullptr);

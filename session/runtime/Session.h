@@ -15,6 +15,7 @@ class Clock;
 class DbConnection;
 class AllergyScreen;
 class ErrorReporter;
+class FindRefillFace;
 class PlanLookup;
 class InteractionScreen;
 class PageDocument;
@@ -46,6 +47,8 @@ extern thread_local std::shared_ptr<Clock> ClockService;
 extern thread_local std::shared_ptr<TransmitFace> TransmitService;
 // How a report's preview is shown (a desktop window, a PDF file, a test's script).
 extern thread_local std::shared_ptr<PreviewFace> PreviewService;
+// How the refill finder is shown (console list, dialog, scripted).
+extern thread_local std::shared_ptr<FindRefillFace> FindRefillService;
 
 // The screen's pointer (hourglass while the result tree fills).
 extern thread_local std::shared_ptr<BusyPointer> PointerService;

@@ -1,11 +1,12 @@
-// Draws the error screen, the choice dialog, the transmit wait, the claim result tree,
-// the report preview and the eligibility report off screen and saves them as PNG pictures
-// in the folder given, for the documentation.
+// Draws the error screen, the choice dialog, the transmit wait, the claim result tree, the
+// refill finder, the report preview and the eligibility report off screen and saves them as
+// PNG pictures in the folder given, for the documentation.
 #include "prescription/DemoScreening.h"
 #include "prescription/InteractionReport.h"
 #include "records/ScriptedPlanLookup.h"
 #include "records/clsPatient.h"
 #include "responses/ResponseJson.h"
+#include "session/data/Catalogue.h"
 #include "session/data/DbConnection.h"
 #include "session/data/Procedures.h"
 #include "session/data/Schema.h"
@@ -13,6 +14,7 @@
 #include "support/OutlineReplay.h"
 #include "ui/ChoiceDialog.h"
 #include "ui/ErrorScreen.h"
+#include "ui/FindRefillDialog.h"
 #include "ui/PreviewDialog.h"
 #include "ui/QtPrintedDocument.h"
 #include "ui/QtResultTree.h"
@@ -205,8 +207,24 @@ int main(int argc, char** argv) {
             QStringLiteral(TVRX_SOURCE_DIR "/tests/responses/tree/paid-32.txt")),
         tree);
 
+    // The refill finder over a prescription with a voided refill.
+    const QDateTime filled(QDate(2026, 2, 10), QTime(10, 0));
+    tvrx::mdlMain::catalogue()
+        .rs(QStringLiteral("dbo_FindRxNumberAll")) = tvrx::RecordSet::fromRows(
+        {"RXInfoID", "Number", "RefillNumber", "Date", "Qty", "QtyRemain", "Voided", "Cost",
+         "Price", "Copay", "DS", "Patient"},
+        {{1041, 100231, 0, filled, 30, 60, 0, 4.5, 12.25, 5, "30", "BRENNAN, THOMAS"},
+         {1187, 100231, 1, filled.addDays(28), 30, 30, -1, 4.5, 12.25, 5, "30", "BRENNAN, THOMAS"},
+         {1202, 100231, 1, filled.addDays(30), 30, 30, 0, 4.5, 12.25, 5, "30", "BRENNAN, THOMAS"}});
+    tvrx::frmFindRefill finderForm;
+    finderForm.Form_Load();
+    finderForm.Form_Activate();
+    tvrx::FindRefillDialog finder;
+    finder.showForm(finderForm);
+
     const bool ok =
-        replayed && save(screen, folder.filePath(QStringLiteral("error-screen.png"))) &&
+        replayed && save(finder, folder.filePath(QStringLiteral("find-refill-dialog.png"))) &&
+        save(screen, folder.filePath(QStringLiteral("error-screen.png"))) &&
         save(choice, folder.filePath(QStringLiteral("choice-dialog.png"))) &&
         save(waiting, folder.filePath(QStringLiteral("transmit-dialog.png"))) &&
         save(overtime, folder.filePath(QStringLiteral("transmit-dialog-overtime.png"))) &&
