@@ -10,12 +10,14 @@
 namespace tvrx {
 
 class DbConnection;
+class PATINS;
 template <class Record>
 class ColumnTable;
 
 // One row of PATIENT: a patient, or an employer that patients point to by EmployerID.
 // Every column is a plain property of the same name; the operations work over the
-// session's main connection. The eligibility workflow of the same class comes later.
+// session's main connection. The eligibility workflow of the same class is defined in
+// eligibility/.
 class clsPatient {
 public:
     // Loads every property from the row of PatientID; no row changes nothing. A time-out
@@ -93,6 +95,25 @@ public:
     qint16 Pregnancy = 0;
     qint16 Smoker = 0;
     qint32 ImportID = 0;
+
+    // ---- Asking a payer (eligibility/CheckEligibility.cpp) ----------------------------
+    // Asks the payer of the coverage whether this patient is covered on a date the user
+    // types: one "E1" request through the exchange directory, then the answer read and
+    // shown as a report. An empty text, or "ERROR: Insurance not found!" when the
+    // coverage's plan is not in INSURANCE. The patient's own columns must be loaded.
+    // DebugMode changes nothing.
+    QString CheckEligibility(const PATINS& oPatIns, const QString& sTVIDirectory,
+                             const QString& sPrinter, const QString& NABP,
+                             bool DebugMode = false);
+    // ---- end of asking a payer ---------------------------------------------------------
+
+    // Reads the payer's answer file and shows the eligibility report
+    // (eligibility/EligibilityAnswer.cpp).
+    bool ParseClaimFile(const QString& sClaimFile);
+
+    // The pharmacy's number and the report's printer, kept by the eligibility request.
+    QString SelectedNABP;
+    QString SelectedPrinter;
 };
 
 // The patient row's columns as GetData selects them (session/data/ColumnTable.h).

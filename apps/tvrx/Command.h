@@ -43,5 +43,9 @@ Command newCommand();
 Command refillCommand();
 Command screenCommand();
 Command imageCommand();
+Command eligibilityCommand();
+
+// Whether the arguments ask for a PDF file with "--pdf": only then must text be laid out.
+bool namesPdfFile(const QStringList& arguments);
 
 }  // namespace tvrx::cli

@@ -16,6 +16,7 @@ const std::vector<Command>& commands() {
         logCommand(),          planCommand(),     decodeCommand(), claimBuildCommand(),
         claimExplainCommand(), submitCommand(),   priceCommand(),  newCommand(),
         refillCommand(),       screenCommand(),   imageCommand(),
+        eligibilityCommand(),
     };
     return all;
 }
