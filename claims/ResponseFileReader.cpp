@@ -3,15 +3,10 @@
 #include "responses/ResponseFile.h"
 #include "responses/clsClaimResponse.h"
 #include "session/runtime/AppConfig.h"
-#include "session/runtime/ErrorNumbers.h"
-#include "session/runtime/Failure.h"
 #include "session/runtime/Frame.h"
 #include "session/runtime/Session.h"
 #include "session/runtime/UserInteraction.h"
 #include "session/text/Conversions.h"
-
-#include <QFile>
-#include <QFileInfo>
 
 namespace tvrx {
 
@@ -24,15 +19,6 @@ const QString kBuildFailedFixed = QStringLiteral("Failed to build 3.2 claim resp
 const QString kBuildFailed51 = QStringLiteral("Failed to build 5.1 claim response for RX: ");
 const QString kBuildFailedReversal = QStringLiteral("Failed to build reverse response for RX: ");
 const QString kHeaderWords[] = {QStringLiteral("PAID"), QStringLiteral("REJECTED")};
-
-// The whole file, each byte one character.
-QString wholeFile(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        fail(QFileInfo::exists(path) ? err::PathFileAccessError : err::FileNotFound);
-    }
-    return QString::fromLatin1(file.readAll());
-}
 
 QString belowCostText(const clsPrescription& rx) {
     return QStringLiteral("The reimbursed total, ") + conv::FormatCurrency(rx.Price) +
@@ -62,7 +48,7 @@ bool Wrapper::ParseClaimFile(const QString& sClaimFile, bool SendingOther) {
     Frame frame("Wrapper:ParseClaimFile");
     QString text;
     // A file that cannot be read is reported; the steps then run on an empty text.
-    frame([&] { text = wholeFile(sClaimFile); });
+    frame([&] { text = response::readWholeFile(sClaimFile); });
     const response::ResponseFile file(text);
     formCode_ = file.formCode();
     switch (file.route()) {

@@ -16,8 +16,8 @@ class ColumnTable;
 
 // One row of PATIENT: a patient, or an employer that patients point to by EmployerID.
 // Every column is a plain property of the same name; the operations work over the
-// session's main connection. The eligibility workflow of the same class is defined in
-// eligibility/.
+// session's main connection. The same class asks the patient's payers about coverage
+// (eligibility/).
 class clsPatient {
 public:
     // Loads every property from the row of PatientID; no row changes nothing. A time-out
@@ -107,13 +107,74 @@ public:
                              bool DebugMode = false);
     // ---- end of asking a payer ---------------------------------------------------------
 
-    // Reads the payer's answer file and shows the eligibility report
-    // (eligibility/EligibilityAnswer.cpp).
-    bool ParseClaimFile(const QString& sClaimFile);
+    // ---- Eligibility: the payer's answer, its report, and the plans it names ----------
+    // (eligibility/EligibilityAnswer.cpp, eligibility/AddFromEligibility.cpp)
 
     // The pharmacy's number and the report's printer, kept by the eligibility request.
     QString SelectedNABP;
     QString SelectedPrinter;
+
+    // Reads the payer's answer file, draws the eligibility report, works out which of the
+    // plans it names the pharmacy and the patient have, and shows the report; true when it
+    // was shown. A refused answer leaves its reason in ErrorMessage.
+    bool ParseClaimFile(const QString& sClaimFile);
+    // Creates the named primary (or secondary) plan from the plan directory.
+    bool AddInsurance(bool Primary = false);
+    // Attaches the named primary (or secondary) plan, known to the pharmacy, to the patient.
+    bool AddPatientInsurance(bool Primary = false);
+
+    // What the latest answer named; only ever turned on, never off, on one object.
+    bool PrimaryConfigured() const { return eligibility_.PrimaryConfigured; }
+    bool PatientPrimaryConfigured() const { return eligibility_.PatientPrimaryConfigured; }
+    bool PrimaryLookupAvailable() const { return eligibility_.PrimaryLookupAvailable; }
+    bool SecondaryConfigured() const { return eligibility_.SecondaryConfigured; }
+    bool PatientSecondaryConfigured() const { return eligibility_.PatientSecondaryConfigured; }
+    bool SecondaryLookupAvailable() const { return eligibility_.SecondaryLookupAvailable; }
+    QString PrimaryBIN() const { return eligibility_.Primary.BIN; }
+    QString PrimaryPCN() const { return eligibility_.Primary.PCN; }
+    QString SecondaryBIN() const { return eligibility_.Secondary.BIN; }
+    QString SecondaryPCN() const { return eligibility_.Secondary.PCN; }
+    QString ErrorMessage() const { return eligibility_.ErrorMessage; }
+    // The card values of each named plan, which adding it to the patient writes.
+    QString PrimaryGroupNumber() const { return eligibility_.Primary.GroupNumber; }
+    QString PrimaryMemberID() const { return eligibility_.Primary.MemberID; }
+    QString PrimaryPersonCode() const { return eligibility_.Primary.PersonCode; }
+    QString PrimaryInsPhone() const { return eligibility_.Primary.InsPhone; }
+    QString SecondaryGroupNumber() const { return eligibility_.Secondary.GroupNumber; }
+    QString SecondaryMemberID() const { return eligibility_.Secondary.MemberID; }
+    QString SecondaryPersonCode() const { return eligibility_.Secondary.PersonCode; }
+    QString SecondaryInsPhone() const { return eligibility_.Secondary.InsPhone; }
+
+    // One plan of the answer, as the payer's message lists it.
+    struct NamedPlan {
+        QString BIN;
+        QString PCN;
+        QString GroupNumber;
+        QString MemberID;
+        QString PersonCode;
+        QString InsPhone;
+    };
+    struct EligibilityState {
+        bool PrimaryConfigured = false;
+        bool PatientPrimaryConfigured = false;
+        bool PrimaryLookupAvailable = false;
+        bool SecondaryConfigured = false;
+        bool PatientSecondaryConfigured = false;
+        bool SecondaryLookupAvailable = false;
+        NamedPlan Primary;
+        NamedPlan Secondary;
+        QString ErrorMessage;
+    };
+    // All of the above at once.
+    const EligibilityState& eligibilityState() const { return eligibility_; }
+
+private:
+    friend class EligibilityAnswer;
+
+    // The value behind the label of one entry of the payer's list ("BIN:610014").
+    static QString ParseElgField(const QString& sField);
+
+    EligibilityState eligibility_;
 };
 
 // The patient row's columns as GetData selects them (session/data/ColumnTable.h).

@@ -2,6 +2,7 @@
 
 #include "reports/PageDocument.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -105,6 +106,16 @@ public:
     void cmdPrinterSetup_Click();
     void cmdPageSetup_Click();
     void cmdClose_Click();
+
+    // A command button a form adds beside the document (the eligibility form's). The faces
+    // show each one, enabled or not, and a click runs sideButton_Click with its name.
+    struct SideButton {
+        QString Name;
+        QString Caption;
+        bool Enabled = false;
+    };
+    virtual QList<SideButton> sideButtons() const { return {}; }
+    virtual void sideButton_Click(const QString& /*name*/) {}
 
     // The document's events.
     void vp_NewPage() override;

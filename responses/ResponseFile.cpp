@@ -1,10 +1,23 @@
 #include "responses/ResponseFile.h"
 
 #include "responses/TextPositions.h"
+#include "session/runtime/ErrorNumbers.h"
+#include "session/runtime/Failure.h"
 #include "session/runtime/Frame.h"
 #include "session/text/Encodings.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 namespace tvrx::response {
+
+QString readWholeFile(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        fail(QFileInfo::exists(path) ? err::PathFileAccessError : err::FileNotFound);
+    }
+    return QString::fromLatin1(file.readAll());
+}
 
 ResponseFile::ResponseFile(QString text)
     : text_(std::move(text)), format51_(mid(text_, kVersion) == kVersion51) {}

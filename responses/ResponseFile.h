@@ -41,6 +41,10 @@ inline constexpr QLatin1StringView kHeaderMessage(
     "\x1c"
     "F4");
 
+// The whole file, each byte one character. A file that is missing fails with 53, one that
+// cannot be read with 75.
+QString readWholeFile(const QString& path);
+
 // The file's text and what its header says. Nothing here fails: a short or odd file gives
 // empty parts, a count of 0 and no separator.
 class ResponseFile {
