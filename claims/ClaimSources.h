@@ -2,8 +2,8 @@
 
 #include "session/runtime/UserInteraction.h"
 
-#include <QLatin1StringView>
 #include <QDateTime>
+#include <QLatin1StringView>
 #include <QString>
 #include <QStringView>
 #include <QVariant>

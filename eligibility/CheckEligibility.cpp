@@ -7,6 +7,7 @@
 #include "session/data/DbConnection.h"
 #include "session/data/MainConnection.h"
 #include "session/data/RecordSet.h"
+#include "session/runtime/Clock.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 #include "session/runtime/Frame.h"
@@ -30,9 +31,8 @@ using claims::columnText;
 using claims::Flag;
 
 const QString kDateTitle = QStringLiteral("Coverate Date");
-const QString kDatePrompt =
-    QStringLiteral("Please enter the date of coverage in the format, ") +
-    QStringLiteral("'MM/DD/YY', or click enter to accept today's date.");
+const QString kDatePrompt = QStringLiteral("Please enter the date of coverage in the format, ") +
+                            QStringLiteral("'MM/DD/YY', or click enter to accept today's date.");
 const QString kNotADate =
     QStringLiteral("You did not enter the date in the proper format. Please try again.");
 const QString kInsuranceNotFound = QStringLiteral("ERROR: Insurance not found!");
@@ -70,9 +70,7 @@ public:
     }
 
 private:
-    QString column(const char* name) const {
-        return columnText(plan_, QString::fromLatin1(name));
-    }
+    QString column(const char* name) const { return columnText(plan_, QString::fromLatin1(name)); }
 
     void planColumns() {
         values.setText(V::BIN, [&] { return column("BIN"); });
@@ -95,9 +93,8 @@ private:
         values[V::PatientCity].text = patient_.City;
         values[V::PatientState].text = patient_.State;
         values[V::PatientZip].text = patient_.ZipCode.left(5);
-        values[V::PatientPhone].text = patient_.Telephone.size() < 10
-                                           ? kShortPhone
-                                           : claims::phoneDigits(patient_.Telephone);
+        values[V::PatientPhone].text =
+            patient_.Telephone.size() < 10 ? kShortPhone : claims::phoneDigits(patient_.Telephone);
         values[V::SmokerCode].text = QString::number(patient_.Smoker);
         values[V::PregnancyCode].text = QString::number(patient_.Pregnancy);
         values.setFlag(Flag::Smoker, patient_.Smoker > 0);

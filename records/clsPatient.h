@@ -103,8 +103,7 @@ public:
     // coverage's plan is not in INSURANCE. The patient's own columns must be loaded.
     // DebugMode changes nothing.
     QString CheckEligibility(const PATINS& oPatIns, const QString& sTVIDirectory,
-                             const QString& sPrinter, const QString& NABP,
-                             bool DebugMode = false);
+                             const QString& sPrinter, const QString& NABP, bool DebugMode = false);
     // ---- end of asking a payer ---------------------------------------------------------
 
     // ---- Eligibility: the payer's answer, its report, and the plans it names ----------

@@ -141,8 +141,8 @@ QList<Coverage> coveringPlans(const Payers& payers, const Member& asked, const Q
 QString planList(const Coverage& coverage, bool primary) {
     const Plan& plan = *coverage.plan;
     const bool medicare = primary && plan.medicare;
-    const QString label = primary ? QStringLiteral("PRIMARY COVERAGE")
-                                  : QStringLiteral("SECONDARY COVERAGE");
+    const QString label =
+        primary ? QStringLiteral("PRIMARY COVERAGE") : QStringLiteral("SECONDARY COVERAGE");
     QStringList entries{medicare ? QString(kMedicareLabel) + u' ' + label : label};
     if (medicare) entries.append(QStringLiteral("PLAN:") + plan.name);
     entries.append(QStringLiteral("BIN:") + plan.bin);
@@ -223,7 +223,7 @@ QString helpDeskOf(const Payers& payers, const Inquiry& inquiry) {
 
 bool isEligibilityRequest(const QByteArray& request) {
     return request.startsWith(char(mdlMain::kStartOfText)) &&
-           request.mid(kCodeAt, kEligibilityCode.size()) == kEligibilityCode;
+           QLatin1StringView(request.mid(kCodeAt, kEligibilityCode.size())) == kEligibilityCode;
 }
 
 Switch::Reply answerEligibility(const QByteArray& request, const Payers& payers) {

@@ -80,8 +80,8 @@ struct Plan {
     Pricing pricing;
     PatientPay patientPay;
     QList<PlanRule> rules;
-    QString planId;    // sent back as the plan ID of a 5.1 answer
-    QString helpDesk;  // a telephone number sent with 5.1 rejections
+    QString planId;         // sent back as the plan ID of a 5.1 answer
+    QString helpDesk;       // a telephone number sent with 5.1 rejections
     bool medicare = false;  // eligibility answers name it as a Medicare plan
 };
 

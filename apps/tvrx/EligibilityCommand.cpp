@@ -3,6 +3,7 @@
 #include "ShowKinds.h"
 
 #include "claims/ConsoleTransmitFace.h"
+#include "claims/frmTransmit.h"
 #include "common/ExchangeDirectory.h"
 #include "common/InputFile.h"
 #include "records/PATINS.h"
@@ -137,7 +138,8 @@ int run(const CommandLine& line) {
     clsPatient patient;
     patient.PatientID = coverage.PatientID;
     patient.GetData();
-    const QString result = patient.CheckEligibility(coverage, directory, QString(), line.value(kNabp));
+    const QString result =
+        patient.CheckEligibility(coverage, directory, QString(), line.value(kNabp));
 
     int code = kExitOk;
     if (!result.isEmpty()) {
@@ -147,7 +149,7 @@ int run(const CommandLine& line) {
         code = kExitAborted;
     } else if (!preview->shown) {
         const QString reason = patient.ErrorMessage();
-        std::printf("No report%s\n", reason.isEmpty() ? "." : qPrintable(": " + reason));
+        std::printf("No report%s\n", reason.isEmpty() ? "." : qPrintable(QStringLiteral(": ") + reason));
         code = kExitFailed;
     }
     session.printReports();

@@ -1,6 +1,7 @@
 #include "records/PATINS.h"
 #include "records/clsPatient.h"
 #include "session/data/DbConnection.h"
+#include "session/data/SamplePharmacy.h"
 #include "session/text/ClaimNotation.h"
 #include "support/ExchangeFixture.h"
 #include "support/Notation.h"
@@ -41,6 +42,12 @@ protected:
         return all;
     }
 
+    // A JSON value as the database takes it: a whole number is an integer.
+    static QVariant bound(const QJsonValue& value) {
+        if (value.isDouble()) return QVariant(static_cast<qlonglong>(value.toDouble()));
+        return value.toVariant();
+    }
+
     void change(const QJsonArray& sets) {
         static const QHash<QString, QString> keys{
             {"INSURANCE", "InsID"}, {"PATINS", "PatInsID"}, {"PATIENT", "PatientID"}};
@@ -49,7 +56,7 @@ protected:
             const QString table = set.at(0).toString();
             db->Execute(QStringLiteral("UPDATE %1 SET %2 = ? WHERE %3 = ?")
                             .arg(table, set.at(2).toString(), keys.value(table)),
-                        {set.at(3).toVariant(), set.at(1).toVariant()});
+                        {bound(set.at(3)), bound(set.at(1))});
         }
     }
 
@@ -93,7 +100,7 @@ protected:
         } else {
             // Only the request is left: the half-written file is gone, the request waits.
             EXPECT_EQ(files(), QStringList{QStringLiteral("03140926.clm")});
-            const QString written = QString::fromLatin1(contents(pathOf("03140926.clm")));
+            const QString written = QString::fromLatin1(contents(pathOf(QStringLiteral("03140926.clm"))));
             EXPECT_EQ(toNotation(written),
                       toNotation(test::notated(expect.join(QString())) + QStringLiteral("\r\n")));
         }
@@ -140,13 +147,13 @@ TEST_P(CheckEligibilityTest, TheAnswerIsRemovedOnlyThroughATrailingSlash) {
         clsPatient patient;
         patient.PatientID = 1;
         patient.GetData();
-        EXPECT_EQ(patient.CheckEligibility(coverage, directory() + (trailing ? "/" : ""),
-                                           QString(), QString()),
+        EXPECT_EQ(patient.CheckEligibility(coverage, directory() + (trailing ? QStringLiteral("/") : QString()), QString(),
+                                           QString()),
                   QString());
         EXPECT_EQ(patient.ErrorMessage(), QStringLiteral("Not E1 type response"));
-        const QStringList left = trailing ? QStringList{QStringLiteral("03140926.clm")}
-                                          : QStringList{QStringLiteral("03140926.RSP"),
-                                                        QStringLiteral("03140926.clm")};
+        const QStringList left =
+            trailing ? QStringList{QStringLiteral("03140926.clm")}
+                     : QStringList{QStringLiteral("03140926.RSP"), QStringLiteral("03140926.clm")};
         EXPECT_EQ(files(), left);
     }
     EXPECT_TRUE(reporter->reports().isEmpty());
