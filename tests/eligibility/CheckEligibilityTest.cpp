@@ -61,11 +61,10 @@ protected:
     }
 
     // The coverage and its patient as a host loads them, then one check.
-    QString check(qint32 patInsID, const QString& dir) {
+    QString check(clsPatient& patient, qint32 patInsID, const QString& dir) {
         PATINS coverage;
         coverage.PatInsID = patInsID;
         coverage.GetData();
-        clsPatient patient;
         patient.PatientID = coverage.PatientID;
         patient.GetData();
         const QString result =
@@ -90,7 +89,8 @@ protected:
 
         db->Execute(QStringLiteral("BEGIN"));
         change(data.value("set").toArray());
-        const QString result = check(data.value("patins").toInt(), directory());
+        clsPatient patient;
+        const QString result = check(patient, data.value("patins").toInt(), directory());
         db->Execute(QStringLiteral("ROLLBACK"));
 
         EXPECT_EQ(result, data.value("result").toString());
@@ -100,7 +100,8 @@ protected:
         } else {
             // Only the request is left: the half-written file is gone, the request waits.
             EXPECT_EQ(files(), QStringList{QStringLiteral("03140926.clm")});
-            const QString written = QString::fromLatin1(contents(pathOf(QStringLiteral("03140926.clm"))));
+            const QString written =
+                QString::fromLatin1(contents(pathOf(QStringLiteral("03140926.clm"))));
             EXPECT_EQ(toNotation(written),
                       toNotation(test::notated(expect.join(QString())) + QStringLiteral("\r\n")));
         }
@@ -141,14 +142,8 @@ TEST_P(CheckEligibilityTest, TheAnswerIsRemovedOnlyThroughATrailingSlash) {
         face->beforeTick(1, [&] { land(QStringLiteral("03140926.RSP"), answer.toLatin1()); });
         setTransmitFace(face);
         user->answerInputBox(QStringLiteral("3/14/26"));
-        PATINS coverage;
-        coverage.PatInsID = 1;
-        coverage.GetData();
         clsPatient patient;
-        patient.PatientID = 1;
-        patient.GetData();
-        EXPECT_EQ(patient.CheckEligibility(coverage, directory() + (trailing ? QStringLiteral("/") : QString()), QString(),
-                                           QString()),
+        EXPECT_EQ(check(patient, 1, directory() + (trailing ? QStringLiteral("/") : QString())),
                   QString());
         EXPECT_EQ(patient.ErrorMessage(), QStringLiteral("Not E1 type response"));
         const QStringList left =
