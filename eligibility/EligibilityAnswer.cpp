@@ -125,8 +125,10 @@ private:
         patient_.eligibility_.ErrorMessage = message;
         return false;
     }
-    bool checkAnswer(const QString& text);
+    bool checkAnswer();
     void beginReport();
+    void printHeader();
+    void finishReport();
     void readStatus();
     void readRejects(const QString& status, const QString& am21);
     void printStatus();
@@ -158,21 +160,32 @@ bool EligibilityAnswer::read(const QString& path) {
     frame_([&] { rejects_ = RejectTable::forLookupConnection(); });
     if (!rejects_ || rejects_->empty()) return refuse(kNoRejectCodes);
     frame_([&] { text_ = response::readWholeFile(path); });
-    if (!checkAnswer(text_)) return false;
+    if (!checkAnswer()) return false;
 
     beginReport();
-    const QString header = text_.left(text_.indexOf(QChar(mdlMain::kGroupSeparator)));
-    raw_ = header;
-    form_->vp().setFontSize(kBodySize);
-    form_->vp().setTextColor(kBlack);
-    const bool rejected = header.size() >= kHeaderStatusPosition &&
-                          header.at(kHeaderStatusPosition - 1) == response::kHeaderRejected.front();
-    form_->vp().addText(
-        (rejected ? QStringLiteral("HEADER REJECTED") : QStringLiteral("HEADER ACCEPTED")) + kLF);
+    printHeader();
     readStatus();
     printStatus();
     readPlans();
 
+    finishReport();
+    return true;
+}
+
+void EligibilityAnswer::printHeader() {
+    const QString header = text_.left(text_.indexOf(QChar(mdlMain::kGroupSeparator)));
+    raw_ = header;
+    PageDocument& doc = form_->vp();
+    doc.setFontSize(kBodySize);
+    doc.setTextColor(kBlack);
+    const bool rejected = header.size() >= kHeaderStatusPosition &&
+                          header.at(kHeaderStatusPosition - 1) == response::kHeaderRejected.front();
+    doc.addText((rejected ? QStringLiteral("HEADER REJECTED") : QStringLiteral("HEADER ACCEPTED")) +
+                kLF);
+}
+
+// The plans' texts, then the form with its buttons, shown until the user closes it.
+void EligibilityAnswer::finishReport() {
     PageDocument& doc = form_->vp();
     form_->setPatientData(&patient_);
     doc.setFontBold(true);
@@ -181,21 +194,20 @@ bool EligibilityAnswer::read(const QString& path) {
     doc.EndDoc();
     form_->ConfigureButtons();
     form_->Show();
-    return true;
 }
 
 // The version and transaction code of the whole text; the rest is read without its start
 // byte, which must hold a group separator.
-bool EligibilityAnswer::checkAnswer(const QString& text) {
-    QStringView version;
-    QStringView code;
+bool EligibilityAnswer::checkAnswer() {
+    QString version;
+    QString code;
     frame_([&] {
-        version = mid(text, response::kVersion);
-        code = mid(text, response::kTransactionCode);
+        version = mid(text_, response::kVersion).toString();
+        code = mid(text_, response::kTransactionCode).toString();
     });
     if (code != kEligibilityCode) return refuse(kNotE1);
     if (version != response::kVersion51) return refuse(kNotVersion51);
-    text_ = text.mid(1);
+    text_.remove(0, 1);
     if (!text_.contains(QChar(mdlMain::kGroupSeparator))) return refuse(kNoFirstSeparator);
     return true;
 }

@@ -1,6 +1,8 @@
 #include "reports/ConsolePreviewFace.h"
 
 #include "reports/LaidOutDocument.h"
+#include "session/runtime/Session.h"
+#include "session/runtime/UserInteraction.h"
 
 #include <QDir>
 
@@ -14,6 +16,33 @@ ConsolePreviewFace::ConsolePreviewFace(QString pdfBase, std::FILE* out)
 
 void ConsolePreviewFace::showModal(frmPrint& form) {
     ++shown_;
+    writeDocument(form);
+    offerSideButtons(form);
+}
+
+// The enabled buttons beside the document as a numbered choice, with Close last, until
+// the user closes or no button is left to press.
+void ConsolePreviewFace::offerSideButtons(frmPrint& form) {
+    for (;;) {
+        QStringList names;
+        QStringList captions;
+        for (const frmPrint::SideButton& button : form.sideButtons()) {
+            if (!button.Enabled) continue;
+            names.append(button.Name);
+            captions.append(button.Caption);
+        }
+        if (names.isEmpty()) return;
+        captions.append(form.cmdClose.Caption);
+        const int count = static_cast<int>(captions.size());
+        const int chosen =
+            mdlMain::user().Choose(captions.join(u','), count, count, form.Caption,
+                                   QStringLiteral("Choose a button of the report."), 0);
+        if (chosen < 1 || chosen >= count) return;
+        form.sideButton_Click(names.at(chosen - 1));
+    }
+}
+
+void ConsolePreviewFace::writeDocument(frmPrint& form) {
     const auto* laidOut = dynamic_cast<const LaidOutDocument*>(&form.vp());
     if (!laidOut) {
         std::fprintf(out_, "%s\n\n", qPrintable(form.vp().plainText()));

@@ -143,5 +143,37 @@ TEST_F(PreviewDialogTest, TheFaceShowsTheFormUntilContinueIsPressed) {
     EXPECT_FALSE(form->visible());
 }
 
+// A form with two buttons beside its document: the first, once pressed, turns itself off
+// and the second on.
+class TwoButtonForm : public frmPrint {
+public:
+    using frmPrint::frmPrint;
+    QList<SideButton> sideButtons() const override {
+        return {{QStringLiteral("cmdOne"), QStringLiteral("&One"), !pressed},
+                {QStringLiteral("cmdTwo"), QStringLiteral("&Two"), pressed}};
+    }
+    void sideButton_Click(const QString& name) override { pressed = pressed || name == "cmdOne"; }
+    bool pressed = false;
+};
+
+TEST_F(PreviewDialogTest, ButtonsBesideTheDocumentFollowTheForm) {
+    PreviewDialog plain(*form);
+    EXPECT_EQ(plain.sideButton(QStringLiteral("cmdOne")), nullptr);
+
+    TwoButtonForm twoButtons(doc);
+    PreviewDialog dialog(twoButtons);
+    dialog.showState();
+    QPushButton* one = dialog.sideButton(QStringLiteral("cmdOne"));
+    QPushButton* two = dialog.sideButton(QStringLiteral("cmdTwo"));
+    ASSERT_TRUE(one && two);
+    EXPECT_EQ(one->text(), "&One");
+    EXPECT_TRUE(one->isEnabled());
+    EXPECT_FALSE(two->isEnabled());
+    QTest::mouseClick(one, Qt::LeftButton);
+    EXPECT_TRUE(twoButtons.pressed);
+    EXPECT_FALSE(one->isEnabled());
+    EXPECT_TRUE(two->isEnabled());
+}
+
 }  // namespace
 }  // namespace tvrx

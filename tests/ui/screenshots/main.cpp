@@ -1,8 +1,15 @@
-// Draws the error screen, the choice dialog, the transmit wait, the claim result tree and
-// the report preview off screen and saves them as PNG pictures in the folder given, for the
-// documentation.
+// Draws the error screen, the choice dialog, the transmit wait, the claim result tree,
+// the report preview and the eligibility report off screen and saves them as PNG pictures
+// in the folder given, for the documentation.
 #include "prescription/DemoScreening.h"
 #include "prescription/InteractionReport.h"
+#include "records/ScriptedPlanLookup.h"
+#include "records/clsPatient.h"
+#include "responses/ResponseJson.h"
+#include "session/data/DbConnection.h"
+#include "session/data/Procedures.h"
+#include "session/data/Schema.h"
+#include "session/runtime/Session.h"
 #include "support/OutlineReplay.h"
 #include "ui/ChoiceDialog.h"
 #include "ui/ErrorScreen.h"
@@ -14,7 +21,9 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QPlainTextEdit>
+#include <QTemporaryDir>
 
 #include <cstdio>
 
@@ -80,6 +89,73 @@ bool savePreviews(const QDir& folder) {
            savePreview(several, 1, 1, folder.filePath("preview-five-pages-thumbnails.png"));
 }
 
+// Shows the eligibility report's dialog once and keeps its picture.
+class SavingFace : public tvrx::PreviewFace {
+public:
+    explicit SavingFace(QString path) : path_(std::move(path)) {}
+    void showModal(tvrx::frmPrint& form) override {
+        tvrx::PreviewDialog dialog(form);
+        dialog.resize(1100, 760);
+        dialog.showState();
+        saved = save(dialog, path_);
+    }
+    void refresh(tvrx::frmPrint& /*form*/) override {}
+    void close(tvrx::frmPrint& /*form*/) override {}
+    bool saved = false;
+
+private:
+    QString path_;
+};
+
+// The eligibility report of a two-plan answer, read as a host reads it: the primary plan
+// is the pharmacy's but not yet the patient's, the secondary only in the plan directory.
+bool saveEligibility(const QDir& folder) {
+    QTemporaryDir work;
+    auto db = std::make_shared<tvrx::DbConnection>();
+    db->setConnectionString(work.filePath(QStringLiteral("pharmacy.db")));
+    db->Open();
+    tvrx::applySchema(*db);
+    tvrx::clsPatient().setConnection(db);
+    db->Execute(QStringLiteral("CREATE TABLE Reject (Code TEXT, Description TEXT)"));
+    db->Execute(QStringLiteral("INSERT INTO Reject VALUES ('65', 'PATIENT NOT COVERED')"));
+    auto lookup = std::make_shared<tvrx::DbConnection>();
+    lookup->setConnectionString(db->ConnectionString());
+    lookup->Open();
+    tvrx::mdlMain::LookupConnection = lookup;
+    const qint32 insID = tvrx::Procedures::newKey(*db, QStringLiteral("NewInsurance"));
+    db->Execute(QStringLiteral("UPDATE INSURANCE SET BIN = '610011', ProcNumb = 'ACME RX', "
+                               "InsCode = 'ACME', Name = 'ACME HEALTH PLAN' WHERE InsID = ?"),
+                {insID});
+    const qint32 patientID = tvrx::Procedures::newKey(*db, QStringLiteral("NewPatient"));
+    db->Execute(QStringLiteral("UPDATE PATIENT SET FirstName = 'Maria', LastName = 'Lopez' "
+                               "WHERE PatientID = ?"),
+                {patientID});
+    auto directory = std::make_shared<tvrx::PlanLookupScript>();
+    tvrx::PlanEntry river;
+    river.BIN = QStringLiteral("610222");
+    river.ProcessorNumber = QStringLiteral("PCN12345678X");
+    directory->answer(river);
+    tvrx::mdlMain::PlanLookups.set(directory->factory());
+
+    const tvrx::NotationResult answer = tvrx::readResponseFile(
+        QStringLiteral(TVRX_SOURCE_DIR "/tests/eligibility/answers/two-plans.txt"));
+    QFile file(work.filePath(QStringLiteral("11241530.RSP")));
+    if (!answer || !file.open(QIODevice::WriteOnly)) return false;
+    file.write(answer.text.value_or(QString()).toLatin1());
+    file.close();
+
+    tvrx::setDocumentFactory([] { return std::make_shared<tvrx::QtPrintedDocument>(); });
+    auto face =
+        std::make_shared<SavingFace>(folder.filePath(QStringLiteral("eligibility-report.png")));
+    tvrx::setPreviewFace(face);
+    tvrx::clsPatient patient;
+    patient.PatientID = patientID;
+    patient.GetData();
+    const bool shown = patient.ParseClaimFile(file.fileName());
+    tvrx::mdlMain::resetSession();
+    return shown && face->saved;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -134,6 +210,6 @@ int main(int argc, char** argv) {
         save(waiting, folder.filePath(QStringLiteral("transmit-dialog.png"))) &&
         save(overtime, folder.filePath(QStringLiteral("transmit-dialog-overtime.png"))) &&
         save(claim, folder.filePath(QStringLiteral("claim-result-tree.png"))) &&
-        savePreviews(folder);
+        savePreviews(folder) && saveEligibility(folder);
     return ok ? 0 : 1;
 }
