@@ -895,10 +895,11 @@ int fullYear(const QString& digits) {
 }  // namespace
 
 std::optional<QDate> CoverageDate(const QString& text) {
-    static const QRegularExpression kSlashed(
-        QStringLiteral(R"(^([0-9]{1,2})/([0-9]{1,2})/([0-9]{2}|[0-9]{4})$)"));
+    // Anchored at both ends: a line feed after the year is no part of a date.
+    static const QRegularExpression kSlashed(QRegularExpression::anchoredPattern(
+        QStringLiteral("([0-9]{1,2})/([0-9]{1,2})/([0-9]{2}|[0-9]{4})")));
     static const QRegularExpression kDashed(
-        QStringLiteral(R"(^([0-9]{4})-([0-9]{2})-([0-9]{2})$)"));
+        QRegularExpression::anchoredPattern(QStringLiteral("([0-9]{4})-([0-9]{2})-([0-9]{2})")));
     const QString trimmed = Trim(text);
     QDate date;
     if (const QRegularExpressionMatch slashed = kSlashed.match(trimmed); slashed.hasMatch()) {

@@ -21,7 +21,7 @@ using Kind = ScriptedUserInteraction::Kind;
 // columns ("set": [table, key, column, value]), answers the date box, and presses ABORT on
 // the wait, so the request stays in the exchange directory to be read byte for byte. It
 // names the request in notation (nothing when none may be written), the result, the boxes
-// and the reports.
+// and the reports. The patient's telephone is read into its mask form "(254) 555-0201".
 class CheckEligibilityTest : public test::ExchangeFixture<test::SchemaFixture> {
 protected:
     void SetUp() override {
@@ -61,12 +61,15 @@ protected:
     }
 
     // The coverage and its patient as a host loads them, then one check.
-    QString check(clsPatient& patient, qint32 patInsID, const QString& dir) {
+    // A telephone the host sets on the loaded patient stands as set ("host").
+    QString check(clsPatient& patient, qint32 patInsID, const QString& dir,
+                  const QJsonObject& host = {}) {
         PATINS coverage;
         coverage.PatInsID = patInsID;
         coverage.GetData();
         patient.PatientID = coverage.PatientID;
         patient.GetData();
+        if (host.contains("Telephone")) patient.Telephone = host.value("Telephone").toString();
         const QString result =
             patient.CheckEligibility(coverage, dir, QStringLiteral("Report printer"),
                                      QStringLiteral("4512345"), patInsID % 2 == 0);
@@ -90,7 +93,8 @@ protected:
         db->Execute(QStringLiteral("BEGIN"));
         change(data.value("set").toArray());
         clsPatient patient;
-        const QString result = check(patient, data.value("patins").toInt(), directory());
+        const QString result = check(patient, data.value("patins").toInt(), directory(),
+                                     data.value("host").toObject());
         db->Execute(QStringLiteral("ROLLBACK"));
 
         EXPECT_EQ(result, data.value("result").toString());
