@@ -11,19 +11,19 @@ using test::runTvrx;
 // program with the sample payers, and the runs of tests/apps/eligibility/runs.json in
 // order on one database (a plan added in one run is the pharmacy's in the next). Each run
 // names the arguments after which "--dir" and "--db" are added, the exit code, pieces of
-// the output in order, and the plan code and card of each coverage of a patient after it.
+// the output in order, and the BIN and card of each coverage of a patient after it.
 class EligibilityCommandTest : public test::SampleExchangeFixture {
 protected:
-    // "InsCode CardNumber" of each coverage of the patient, by PatInsID.
+    // "BIN CardNumber" of each coverage of the patient, by PatInsID.
     QStringList coverages(qint32 patientID) const {
         RecordSet rows = db->OpenRecordSet(
-            QStringLiteral("SELECT PATINS.CardNumber, INSURANCE.InsCode FROM PATINS INNER JOIN "
+            QStringLiteral("SELECT PATINS.CardNumber, INSURANCE.BIN FROM PATINS INNER JOIN "
                            "INSURANCE ON INSURANCE.InsID = PATINS.InsID WHERE PATINS.PatientID "
                            "= ? ORDER BY PATINS.PatInsID"),
             {patientID});
         QStringList all;
         for (; !rows.Eof(); rows.MoveNext()) {
-            all.append(rows.Fields(QStringLiteral("InsCode")).toString() + u' ' +
+            all.append(rows.Fields(QStringLiteral("BIN")).toString() + u' ' +
                        rows.Fields(QStringLiteral("CardNumber")).toString());
         }
         return all;
