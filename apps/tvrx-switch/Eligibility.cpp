@@ -117,14 +117,17 @@ std::variant<Coverage, QStringList> askedMember(const Payers& payers, const Inqu
     return Coverage{&*plan, member};
 }
 
-// Every plan that covers the same person (name and date of birth) on the day, in the
-// member's payer order, then as the payer file lists them.
+// Every plan that covers the same person (name and date of birth; a member without a name
+// is only itself) on the day, in the members' payer order, then as the payer file lists
+// them.
 QList<Coverage> coveringPlans(const Payers& payers, const Member& asked, const QString& day) {
     QList<Coverage> found;
     for (const Plan& plan : payers.plans) {
         for (const Member& member : plan.members) {
-            if (member.name == asked.name && member.dateOfBirth == asked.dateOfBirth &&
-                coversOn(member, day)) {
+            const bool samePerson =
+                &member == &asked || (!asked.name.isEmpty() && member.name == asked.name &&
+                                      member.dateOfBirth == asked.dateOfBirth);
+            if (samePerson && coversOn(member, day)) {
                 found.append({&plan, &member});
             }
         }
