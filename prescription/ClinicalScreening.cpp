@@ -13,21 +13,11 @@ QString AllergyResult::text() const {
 }
 
 std::shared_ptr<InteractionScreen> createInteractionScreen() {
-    if (mdlMain::InteractionScreenFactory) return mdlMain::InteractionScreenFactory();
-    return std::make_shared<DemoInteractionScreen>();
+    return mdlMain::InteractionScreens.make<DemoInteractionScreen>();
 }
 
 std::shared_ptr<AllergyScreen> createAllergyScreen() {
-    if (mdlMain::AllergyScreenFactory) return mdlMain::AllergyScreenFactory();
-    return std::make_shared<DemoAllergyScreen>();
-}
-
-void setInteractionScreenFactory(std::function<std::shared_ptr<InteractionScreen>()> factory) {
-    mdlMain::InteractionScreenFactory = std::move(factory);
-}
-
-void setAllergyScreenFactory(std::function<std::shared_ptr<AllergyScreen>()> factory) {
-    mdlMain::AllergyScreenFactory = std::move(factory);
+    return mdlMain::AllergyScreens.make<DemoAllergyScreen>();
 }
 
 }  // namespace tvrx

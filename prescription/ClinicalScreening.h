@@ -69,11 +69,9 @@ Result screeningItem(const QList<Result>& results, qint32 index) {
     return results.at(index - 1);
 }
 
-// New screens of the kind the session's factories make; the demonstration engine when no
-// host installed one.
+// New screens of the kind the session's factories make (mdlMain::InteractionScreens and
+// mdlMain::AllergyScreens); the demonstration engine when no host installed one.
 std::shared_ptr<InteractionScreen> createInteractionScreen();
 std::shared_ptr<AllergyScreen> createAllergyScreen();
-void setInteractionScreenFactory(std::function<std::shared_ptr<InteractionScreen>()> factory);
-void setAllergyScreenFactory(std::function<std::shared_ptr<AllergyScreen>()> factory);
 
 }  // namespace tvrx

@@ -34,15 +34,11 @@ std::shared_ptr<RXImage> openScanner(Frame& frame, qint32 number) {
 }  // namespace
 
 std::shared_ptr<RXImage> createRXImage() {
-    if (!mdlMain::ScannerFactory) {
+    if (!mdlMain::Scanners.isSet()) {
         fail(err::CannotCreateObject, QStringLiteral("ActiveX component can't create object"),
              QStringLiteral("TVSCAN.RXImage"));
     }
-    return mdlMain::ScannerFactory();
-}
-
-void setScannerFactory(std::function<std::shared_ptr<RXImage>()> factory) {
-    mdlMain::ScannerFactory = std::move(factory);
+    return mdlMain::Scanners.make();
 }
 
 // A machine without the scanning component reads as no image, silently.

@@ -71,9 +71,10 @@ double field(const RecordSet& rs, const char* name) {
     return conv::ToDouble(rs.Fields(QString::fromLatin1(name)));
 }
 
+// The break point is only shown: a band without one still prices.
 PriceBand bandAt(const RecordSet& bands, double from, bool last) {
-    return {from, field(bands, "BreakPoint"), field(bands, "MarkUpMultiplier"),
-            field(bands, "MarkUpAddend"), last};
+    return {from, conv::ToDouble(ScreenForNull(bands.Fields(QStringLiteral("BreakPoint")), 0)),
+            field(bands, "MarkUpMultiplier"), field(bands, "MarkUpAddend"), last};
 }
 
 }  // namespace
@@ -97,9 +98,12 @@ double GetPrice(qint32& lPT, double dAWP, double dCost, double& dAddend, qint32 
         key = sourceConnection().OpenRecordSet(
             QStringLiteral("SELECT * FROM %1 WHERE PriceTableID = ?").arg(tables.keyTable), {lPT});
     });
+    // A band without a break point comes first, as the pharmacy's server sorts it, on
+    // every database.
     frame([&] {
         bands = sourceConnection().OpenRecordSet(
-            QStringLiteral("SELECT * FROM %1 WHERE PriceTableID = ? ORDER BY BreakPoint")
+            QStringLiteral(
+                "SELECT * FROM %1 WHERE PriceTableID = ? ORDER BY BreakPoint NULLS FIRST")
                 .arg(tables.bandTable),
             {lPT});
     });

@@ -23,10 +23,9 @@ public:
     virtual void ShowScanForm() = 0;
 };
 
-// A new scanning component of the kind the session's factory makes. With no factory
-// installed there is no scanning component on this machine: creating one fails with 429,
-// as an object that is not installed does.
+// A new scanning component of the kind the session's factory (mdlMain::Scanners) makes.
+// With no factory installed there is no scanning component on this machine: creating one
+// fails with 429, as an object that is not installed does.
 std::shared_ptr<RXImage> createRXImage();
-void setScannerFactory(std::function<std::shared_ptr<RXImage>()> factory);
 
 }  // namespace tvrx

@@ -30,16 +30,18 @@ constexpr qint16 kNotFilled = 0;
 constexpr qint16 kPrintCallDoctor = 10;
 constexpr qint16 kFaxDoctor = 11;
 
-// Every live fill of the number, the last being the one a refill copies, voided or not.
+// Every live fill of the number, the last being the one a refill copies, voided or not. A
+// fill without a refill number sorts first, as the pharmacy's server sorts it, on every
+// database.
 const QString kFills = QStringLiteral(
     "SELECT * FROM RXINFO WHERE Number = ? AND (Deleted = 0 OR Deleted IS NULL) "
-    "ORDER BY RefillNumber");
+    "ORDER BY RefillNumber NULLS FIRST");
 const QString kGeneratedFrom = QStringLiteral("SELECT * FROM RXINFO WHERE GeneratedRx = ?");
 // The fills that count against the refill rules: neither voided nor deleted.
 const QString kCountingFills = QStringLiteral(
     "SELECT RxInfoID, DrugID, Number, RefillNumber, Date, DS, Voided, Transferred, Schedule, "
     "OriginalDate FROM RXINFO WHERE (Number = ?) AND (Voided = 0) AND (Deleted = 0 OR Deleted "
-    "IS NULL) ORDER BY RefillNumber");
+    "IS NULL) ORDER BY RefillNumber NULLS FIRST");
 const QString kOriginal = QStringLiteral(
     "SELECT OriginalDate, Date, Schedule FROM RXINFO WHERE (Number = ?) AND RefillNumber = 0");
 const QString kIngredients = QStringLiteral("SELECT * FROM Ingredients WHERE RxInfoID = ?");

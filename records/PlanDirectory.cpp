@@ -103,8 +103,8 @@ PlanEntry planOf(const RecordSet& rs) {
 
 }  // namespace
 
-std::unique_ptr<PlanLookup> newPlanLookup() {
-    std::unique_ptr<PlanLookup> lookup = mdlMain::PlanLookups.make<PlanDirectory>();
+std::shared_ptr<PlanLookup> newPlanLookup() {
+    std::shared_ptr<PlanLookup> lookup = mdlMain::PlanLookups.make<PlanDirectory>();
     if (!lookup) fail(err::ObjectVariableNotSet);
     return lookup;
 }

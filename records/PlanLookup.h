@@ -69,6 +69,6 @@ private:
 
 // A new plan directory from the session's factory: the host's, or else PlanDirectory.
 // Fails with 91 when the host's factory gives none.
-std::unique_ptr<PlanLookup> newPlanLookup();
+std::shared_ptr<PlanLookup> newPlanLookup();
 
 }  // namespace tvrx

@@ -7,7 +7,7 @@ void PlanLookupScript::answer(std::optional<PlanEntry> plan) {
 }
 
 ComponentFactory<PlanLookup>::Make PlanLookupScript::factory() {
-    return [script = shared_from_this()]() -> std::unique_ptr<PlanLookup> {
+    return [script = shared_from_this()]() -> std::shared_ptr<PlanLookup> {
         script->made_.append(Made());
         return std::make_unique<ScriptedPlanLookup>(script, script->made_.size() - 1);
     };

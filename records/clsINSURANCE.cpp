@@ -173,7 +173,7 @@ QString askSearchText(int method) {
 }
 
 // The directory of this call; a host's factory that gave none fails each use with 91.
-PlanLookup& directory(const std::unique_ptr<PlanLookup>& lookup) {
+PlanLookup& directory(const std::shared_ptr<PlanLookup>& lookup) {
     if (!lookup) fail(err::ObjectVariableNotSet);
     return *lookup;
 }
@@ -327,7 +327,7 @@ qint32 clsINSURANCE::Insert(const QString& NABP, bool& FoundExisting) {
     if (useLookup == Answer::No) outcome = Outcome::NewPlan;
 
     // One directory object for this call, released at its end.
-    std::unique_ptr<PlanLookup> lookup;
+    std::shared_ptr<PlanLookup> lookup;
     frame([&] { lookup = newPlanLookup(); });
     bool found = false;
     if (useLookup == Answer::Yes) {
@@ -382,7 +382,7 @@ qint32 clsINSURANCE::InsertFromLookup(const QString& NABP, const QString& sBIN,
     qint32 result = 0;
     Frame frame("clsINSURANCE:InsertFromLookup");
     setDefaults(NABP, QString());
-    std::unique_ptr<PlanLookup> lookup;
+    std::shared_ptr<PlanLookup> lookup;
     frame([&] { lookup = newPlanLookup(); });
     bool found = false;
     frame([&] { directory(lookup).SearchBinAndProcessor(sBIN, sPCN, found); });

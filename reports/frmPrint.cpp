@@ -212,12 +212,7 @@ void setPreviewFace(std::shared_ptr<PreviewFace> face) {
 }
 
 std::shared_ptr<PageDocument> createDocument() {
-    if (mdlMain::DocumentFactory) return mdlMain::DocumentFactory();
-    return std::make_shared<RecordingDocument>();
-}
-
-void setDocumentFactory(std::function<std::shared_ptr<PageDocument>()> factory) {
-    mdlMain::DocumentFactory = std::move(factory);
+    return mdlMain::Documents.make<RecordingDocument>();
 }
 
 }  // namespace tvrx

@@ -151,9 +151,8 @@ public:
 PreviewFace& previewFace();
 void setPreviewFace(std::shared_ptr<PreviewFace> face);
 
-// A new, empty document of the kind the session's factory makes; a recording document
-// when no host installed a factory.
+// A new, empty document of the kind the session's factory (mdlMain::Documents) makes; a
+// recording document when no host installed a factory.
 std::shared_ptr<PageDocument> createDocument();
-void setDocumentFactory(std::function<std::shared_ptr<PageDocument>()> factory);
 
 }  // namespace tvrx

@@ -1,6 +1,7 @@
 #include "ui/PreviewDialog.h"
 
 #include "ui/QtPrintedDocument.h"
+#include "session/runtime/Session.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -242,7 +243,7 @@ void QtPreviewFace::close(frmPrint& /*form*/) {
 }
 
 void installDesktopDocuments(QWidget* window) {
-    setDocumentFactory([] { return std::make_shared<QtPrintedDocument>(); });
+    mdlMain::Documents.set([] { return std::make_shared<QtPrintedDocument>(); });
     setPreviewFace(std::make_shared<QtPreviewFace>(window));
 }
 

@@ -1,4 +1,5 @@
 #include "ui/ScanPicker.h"
+#include "session/runtime/Session.h"
 
 #include <QFileDialog>
 #include <QPointer>
@@ -16,7 +17,7 @@ RXImageFolder::Picker fileDialogPicker(QWidget* window) {
 }
 
 void installDesktopScanner(QWidget* window, const QString& folder) {
-    setScannerFactory([window = QPointer<QWidget>(window), folder] {
+    mdlMain::Scanners.set([window = QPointer<QWidget>(window), folder] {
         return std::make_shared<RXImageFolder>(folder, fileDialogPicker(window.data()));
     });
 }

@@ -6,6 +6,7 @@
 #include "prescription/clsPrescription.h"
 #include "session/data/DbConnection.h"
 #include "session/runtime/AppConfig.h"
+#include "session/runtime/Session.h"
 
 #include <QDir>
 
@@ -47,7 +48,7 @@ int run(const CommandLine& line) {
                                : QDir(appConfig().DataFolder).filePath(QStringLiteral("images"));
     // The image to keep is the one of --set: no one is asked.
     const QString chosen = line.value(kSet);
-    setScannerFactory([folder, chosen] {
+    mdlMain::Scanners.set([folder, chosen] {
         return std::make_shared<RXImageFolder>(
             folder, [chosen](const QString&) { return QString(chosen); });
     });

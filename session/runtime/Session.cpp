@@ -19,12 +19,12 @@ thread_local std::shared_ptr<UserInteraction> UserService;
 thread_local std::shared_ptr<Clock> ClockService;
 thread_local std::shared_ptr<TransmitFace> TransmitService;
 thread_local std::shared_ptr<PreviewFace> PreviewService;
-thread_local std::function<std::shared_ptr<PageDocument>()> DocumentFactory;
-thread_local std::function<std::shared_ptr<InteractionScreen>()> InteractionScreenFactory;
-thread_local std::function<std::shared_ptr<AllergyScreen>()> AllergyScreenFactory;
-thread_local std::function<std::shared_ptr<RXImage>()> ScannerFactory;
 thread_local std::shared_ptr<BusyPointer> PointerService;
 thread_local ComponentFactory<PlanLookup> PlanLookups;
+thread_local ComponentFactory<PageDocument> Documents;
+thread_local ComponentFactory<InteractionScreen> InteractionScreens;
+thread_local ComponentFactory<AllergyScreen> AllergyScreens;
+thread_local ComponentFactory<RXImage> Scanners;
 
 namespace {
 
@@ -76,12 +76,12 @@ void resetSession() {
     ClockService.reset();
     TransmitService.reset();
     PreviewService.reset();
-    DocumentFactory = nullptr;
-    InteractionScreenFactory = nullptr;
-    AllergyScreenFactory = nullptr;
-    ScannerFactory = nullptr;
     PointerService.reset();
     PlanLookups.set(nullptr);
+    Documents.set(nullptr);
+    InteractionScreens.set(nullptr);
+    AllergyScreens.set(nullptr);
+    Scanners.set(nullptr);
 }
 
 }  // namespace tvrx::mdlMain

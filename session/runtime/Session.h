@@ -47,21 +47,20 @@ extern thread_local std::shared_ptr<TransmitFace> TransmitService;
 // How a report's preview is shown (a desktop window, a PDF file, a test's script).
 extern thread_local std::shared_ptr<PreviewFace> PreviewService;
 
-// The outside components the logic makes one of for each use; a host installs its own
-// kinds. Each part that uses one says what it makes when none is installed.
-// Page documents for reports.
-extern thread_local std::function<std::shared_ptr<PageDocument>()> DocumentFactory;
-// The clinical screening of a fill against the patient's other fills and allergies.
-extern thread_local std::function<std::shared_ptr<InteractionScreen>()> InteractionScreenFactory;
-extern thread_local std::function<std::shared_ptr<AllergyScreen>()> AllergyScreenFactory;
-// The store of scanned prescription images.
-extern thread_local std::function<std::shared_ptr<RXImage>()> ScannerFactory;
 // The screen's pointer (hourglass while the result tree fills).
 extern thread_local std::shared_ptr<BusyPointer> PointerService;
 
 // The outside components made afresh for each use; a host or a test sets the factory.
 // The plan directory of the insurance lookups (records/PlanLookup.h).
 extern thread_local ComponentFactory<PlanLookup> PlanLookups;
+// Page documents for reports (reports/PageDocument.h); recorded when none is installed.
+extern thread_local ComponentFactory<PageDocument> Documents;
+// The clinical screening of a fill against the patient's other fills and allergies
+// (prescription/ClinicalScreening.h); the demonstration engine when none is installed.
+extern thread_local ComponentFactory<InteractionScreen> InteractionScreens;
+extern thread_local ComponentFactory<AllergyScreen> AllergyScreens;
+// The store of scanned prescription images (prescription/RXImage.h); none is shipped.
+extern thread_local ComponentFactory<RXImage> Scanners;
 
 // The catalogue deMain, created on first use.
 Catalogue& catalogue();

@@ -7,8 +7,9 @@ namespace {
 using test::runTvrx;
 
 // "tvrx price", "tvrx new" and "tvrx refill" over the sample pharmacy and its price source,
-// one run after the other: the new prescription (100012, made today) is refilled with both
-// same-day warnings answered, the sample's schedule 4 prescription 100005 has expired.
+// one run after the other: the new prescription (100016, made today) is refilled with both
+// same-day warnings answered, the sample's schedule 4 prescription 100005 has expired,
+// 100013 was transferred, and 100012, past its year, was generated to a newer number.
 class FillCommandsTest : public test::DatabaseFixture {};
 
 TEST_P(FillCommandsTest, PricesStartsAndRefillsPrescriptions) {
@@ -33,7 +34,7 @@ TEST_P(FillCommandsTest, PricesStartsAndRefillsPrescriptions) {
         {{"new", "--patient", "1", "--drug", "1", "--prescriber", "1", "--qty", "30", "--ds", "30",
           "--refills", "3", "--rph", "1", "--db", url},
          0,
-         {"prescription 100012, refill 0\n", "remaining 90, refills left 3",
+         {"prescription 100016, refill 0\n", "remaining 90, refills left 3",
           "price 6.60, copay 5.00"},
          ""},
         {{"new", "--patient", "99", "--drug", "1", "--prescriber", "1", "--qty", "30", "--ds", "30",
@@ -41,9 +42,9 @@ TEST_P(FillCommandsTest, PricesStartsAndRefillsPrescriptions) {
          1,
          {},
          "tvrx new: no patient with PatientID 99\n"},
-        {{"refill", "100012", "--rph", "1", "--db", url, "--answer", "OK", "--answer", "OK"},
+        {{"refill", "100016", "--rph", "1", "--db", url, "--answer", "OK", "--answer", "OK"},
          0,
-         {"prescription 100012, refill 1\n", "remaining 60, refills left 2"},
+         {"prescription 100016, refill 1\n", "remaining 60, refills left 2"},
          "Less than 75% of the days supply has passed since"},
         {{"refill", "100005", "--rph", "1", "--db", url, "--answer", "2", "--json"},
          0,
@@ -53,6 +54,14 @@ TEST_P(FillCommandsTest, PricesStartsAndRefillsPrescriptions) {
          1,
          {"Prescription 100003: not filled (code 0)"},
          " is not for the current patient."},
+        {{"refill", "100013", "--rph", "1", "--db", url},
+         1,
+         {"Prescription 100013: not filled (code 0)"},
+         "has been transferred."},
+        {{"refill", "100012", "--rph", "1", "--db", url, "--answer", "No", "--answer", "1"},
+         0,
+         {"Prescription 100012: not filled: fax the doctor (code 11)"},
+         "[Prescription Expired: 100012] A year has elapsed since the original date"},
     };
     test::expectRuns(runs);
 }

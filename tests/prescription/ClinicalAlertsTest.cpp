@@ -3,6 +3,7 @@
 #include "reports/RecordingDocument.h"
 #include "reports/ScriptedPreviewFace.h"
 #include "support/DataRows.h"
+#include "session/runtime/Session.h"
 
 #include <QMap>
 
@@ -19,11 +20,11 @@ protected:
         PrescriptionFixture::SetUp();
         if (IsSkipped() || HasFatalFailure()) return;
         setPreviewFace(face);
-        setInteractionScreenFactory([this] {
+        mdlMain::InteractionScreens.set([this] {
             ++screensMade;
             return interactions;
         });
-        setAllergyScreenFactory([this] {
+        mdlMain::AllergyScreens.set([this] {
             ++screensMade;
             return allergies;
         });

@@ -1,6 +1,7 @@
 #include "prescription/PrescriptionFixture.h"
 #include "prescription/RXImageFolder.h"
 #include "support/DataRows.h"
+#include "session/runtime/Session.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,7 +36,7 @@ TEST_P(PrescriptionImageTest, WithoutAScannerThereIsNoImageAndNoReport) {
 TEST_P(PrescriptionImageTest, ScanningKeepsOneImagePerPrescriptionNumber) {
     const QString folder = files.filePath(QStringLiteral("images"));
     std::shared_ptr<RXImageFolder> made;
-    setScannerFactory([&] {
+    mdlMain::Scanners.set([&] {
         made = std::make_shared<RXImageFolder>(folder);
         return made;
     });

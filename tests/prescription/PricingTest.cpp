@@ -12,7 +12,7 @@ namespace {
 
 // The sample pharmacy, with its price tables in both sources, and a few more tables: 30
 // with bands at 10, 50 and 100 only, 31 a key row without bands, 32 by quantity with a
-// multiplier, 33 with its switches empty.
+// multiplier, 33 with its switches empty, 34 and 35 with bands without a break point.
 class PricingTest : public test::NoStrayReports<test::SchemaFixture> {
 protected:
     void SetUp() override {
@@ -21,11 +21,13 @@ protected:
         clsPrescription().setConnection(db);
         ASSERT_TRUE(loadSamplePharmacy(*db).loaded);
         rows(*db, "PriceTable",
-             "PriceTableID\tUseCost\tBreakOnQty\n30\t0\t0\n31\t0\t0\n32\t0\t1\n33\t\t\n");
+             "PriceTableID\tUseCost\tBreakOnQty\n30\t0\t0\n31\t0\t0\n32\t0\t1\n33\t\t\n34\t0\t0\n"
+             "35\t0\t0\n");
         rows(
             *db, "PriceTableInfo",
             "PriceTableID\tBreakPoint\tMarkUpMultiplier\tMarkUpAddend\n30\t10\t2\t1\n30\t50\t3\t2\n"
-            "30\t100\t4\t3\n32\t31\t2\t1\n32\t91\t3\t2\n33\t10\t1\t1\n33\t99999\t2\t2\n");
+            "30\t100\t4\t3\n32\t31\t2\t1\n32\t91\t3\t2\n33\t10\t1\t1\n33\t99999\t2\t2\n"
+            "34\t\t1\t1\n34\t10\t2\t2\n35\t\t3\t1\n");
         alternate = connectSecond();
         applySchema(*alternate, priceSourceSchema());
         ASSERT_TRUE(loadPriceSourceSample(*alternate).loaded);
@@ -65,6 +67,7 @@ TEST_P(PricingTest, BandsAtAndAroundEveryBreakPointOnBothSources) {
         EXPECT_DOUBLE_EQ(price, amount(row.cells[6]));
         EXPECT_DOUBLE_EQ(addend, amount(row.cells[7]));
         EXPECT_EQ(table, whole(row.cells[8]));
+        EXPECT_EQ(takeReports().join(u';'), row.cells.value(10));
     }
 }
 
