@@ -96,7 +96,7 @@ const QString& entry(const QStringList& list, qsizetype index) {
 
 // The segment named `name` (byte 28 and the name, behind a byte 30); empty when missing.
 QString segment(const QString& text, const char* name) {
-    QString separator(QChar(mdlMain::kSegmentSeparator));
+    QString separator{QChar(mdlMain::kSegmentSeparator)};
     QString scan = text;
     const QString code = QChar(mdlMain::kFieldSeparator) + QLatin1String(name);
     return mdlMain::GetField(code, text, separator, scan).value_or(QString());
@@ -347,7 +347,7 @@ QString EligibilityAnswer::planTable(const Side& side, const QStringList& list, 
     for (int i = 0; i < kPlanValues; ++i) {
         frame_([&] { *values[i] = clsPatient::ParseElgField(entry(list, offset + i)); });
     }
-    const QString said = checkPlan(side);
+    QString said = checkPlan(side);
     row += u';';
     form_->vp().addTable(kTableFormat, kTableHeader, row, kHeaderShade, kBodyShade);
     return said;

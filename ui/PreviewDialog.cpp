@@ -121,10 +121,40 @@ void PreviewDialog::buildLayout() {
     for (QPushButton* control : {print_, printerSetup_, pageSetup_, close_}) {
         view->addWidget(control);
     }
+    auto* document = new QHBoxLayout;
+    if (QLayout* side = sideButtonColumn()) document->addLayout(side);
+    document->addWidget(preview_, 1);
     auto* whole = new QVBoxLayout(this);
     whole->addLayout(paging);
     whole->addLayout(view);
-    whole->addWidget(preview_, 1);
+    whole->addLayout(document, 1);
+}
+
+// The buttons a form adds beside the document, to the left of it, top to bottom; none for
+// a plain preview.
+QLayout* PreviewDialog::sideButtonColumn() {
+    const QList<frmPrint::SideButton> buttons = form_.sideButtons();
+    if (buttons.isEmpty()) return nullptr;
+    auto* column = new QVBoxLayout;
+    for (const frmPrint::SideButton& control : buttons) {
+        auto* pressed = new QPushButton(control.Caption, this);
+        pressed->setObjectName(control.Name);
+        pressed->setAutoDefault(false);
+        connect(pressed, &QPushButton::clicked, this, [this, name = control.Name] {
+            form_.sideButton_Click(name);
+            showState();
+        });
+        sideButtons_.append(pressed);
+        column->addWidget(pressed);
+    }
+    column->addStretch(1);
+    return column;
+}
+
+QPushButton* PreviewDialog::sideButton(const QString& name) const {
+    for (QPushButton* pressed : sideButtons_)
+        if (pressed->objectName() == name) return pressed;
+    return nullptr;
 }
 
 void PreviewDialog::run(void (frmPrint::*handler)()) {
@@ -148,6 +178,9 @@ void PreviewDialog::showState() {
         scroller_->setPageStep(form_.scrlPage.LargeChange);
     }
     pageLabel_->setText(form_.lblPage.Caption);
+    for (const frmPrint::SideButton& control : form_.sideButtons()) {
+        if (QPushButton* pressed = sideButton(control.Name)) pressed->setEnabled(control.Enabled);
+    }
     showView();
     showing_ = false;
 }

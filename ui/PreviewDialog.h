@@ -11,6 +11,7 @@
 class QCheckBox;
 class QComboBox;
 class QLabel;
+class QLayout;
 class QPrintPreviewWidget;
 class QPrinter;
 class QPushButton;
@@ -56,10 +57,13 @@ public:
     QComboBox* zoomModeList() const { return zoomMode_; }
     QScrollBar* pageScroller() const { return scroller_; }
     QLabel* pageLabel() const { return pageLabel_; }
+    // A button the form adds beside the document, by its name; null when there is none.
+    QPushButton* sideButton(const QString& name) const;
 
 private:
     QPushButton* button(const frmPrint::Button& control, void (frmPrint::*handler)());
     void buildLayout();
+    QLayout* sideButtonColumn();
     void run(void (frmPrint::*handler)());
     void paintSheets(QPrinter* printer);
     void showView();
@@ -84,6 +88,7 @@ private:
     QComboBox* zoomMode_ = nullptr;
     QScrollBar* scroller_ = nullptr;
     QLabel* pageLabel_ = nullptr;
+    QList<QPushButton*> sideButtons_;
     // What the preview was last drawn for; a change draws it again.
     QString drawnFor_;
     bool showing_ = false;

@@ -127,7 +127,8 @@ bool saveEligibility(const QDir& folder) {
                                "InsCode = 'ACME', Name = 'ACME HEALTH PLAN' WHERE InsID = ?"),
                 {insID});
     const qint32 patientID = tvrx::Procedures::newKey(*db, QStringLiteral("NewPatient"));
-    db->Execute(QStringLiteral("UPDATE PATIENT SET FirstName = 'Maria', LastName = 'Lopez' "
+    db->Execute(QStringLiteral("UPDATE PATIENT SET FirstName = 'Maria', LastName = 'Lopez', "
+                               "FacilityID = 0, MDID = 0 "
                                "WHERE PatientID = ?"),
                 {patientID});
     auto directory = std::make_shared<tvrx::PlanLookupScript>();
