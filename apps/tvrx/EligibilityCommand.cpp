@@ -126,7 +126,8 @@ int run(const CommandLine& line) {
     mdlMain::UserService = console;
     auto wait = std::make_shared<WatchedTransmitFace>();
     setTransmitFace(wait);
-    if (line.isSet(kPdf)) setDocumentFactory([] { return std::make_shared<LaidOutDocument>(); });
+    if (line.isSet(kPdf))
+        mdlMain::Documents.set([] { return std::make_shared<LaidOutDocument>(); });
     auto preview = std::make_shared<WatchedPreviewFace>(line.value(kPdf));
     setPreviewFace(preview);
 
@@ -149,7 +150,8 @@ int run(const CommandLine& line) {
         code = kExitAborted;
     } else if (!preview->shown) {
         const QString reason = patient.ErrorMessage();
-        std::printf("No report%s\n", reason.isEmpty() ? "." : qPrintable(QStringLiteral(": ") + reason));
+        std::printf("No report%s\n",
+                    reason.isEmpty() ? "." : qPrintable(QStringLiteral(": ") + reason));
         code = kExitFailed;
     }
     session.printReports();
