@@ -36,11 +36,7 @@ protected:
         }
     }
 
-    static QStringList texts(const QJsonValue& list) {
-        QStringList all;
-        for (const auto& item : list.toArray()) all.append(item.toString());
-        return all;
-    }
+    static QStringList texts(const QJsonValue& list) { return list.toVariant().toStringList(); }
 
     // A JSON value as the database takes it: a whole number is an integer.
     static QVariant bound(const QJsonValue& value) {
