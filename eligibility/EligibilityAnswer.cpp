@@ -370,7 +370,7 @@ QString EligibilityAnswer::checkPlan(const Side& side) {
     }
     bool known = false;
     frame_([&] {
-        const std::unique_ptr<PlanLookup> lookup = newPlanLookup();
+        const std::shared_ptr<PlanLookup> lookup = newPlanLookup();
         lookup->SearchBinAndProcessor(side.plan.BIN, side.plan.PCN, known);
     });
     if (!known) return side.words.nowhere;
