@@ -25,6 +25,8 @@
 #include "session/runtime/Session.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
+#include <QList>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
@@ -38,19 +40,37 @@ using namespace tvrx;
 // Fill 9 of the sample, on the 5.1 plan, made into a claim with every segment.
 constexpr qint32 kFill = 9;
 
-const char* const kEverySegment[] = {
-    "UPDATE INSURANCE SET ClaimFields = 'CX,CA,CM,CQ,DR,EJ,EA,EB,2E,AM06,DX,AM13' "
-    "WHERE InsID = 3",
-    "UPDATE PATIENT SET EmployerID = 5, InjuryType = 'LIFTING', "
-    "InjuryDate = '2026-02-02 00:00:00' WHERE PatientID = 7",
-    "UPDATE RXINFO SET OtherCoverage = '03', OPatInsID = 8, OtherType = '01', "
-    "OtherIDQualifier = '03', PaidQualifier = '07', OInsAmount = 4.25, DURConflict = 'DD', "
-    "DUROutcome = '1B', Diagnosis = 'F41.1,I10', Compound = 1, ControlNumber = 'CII-0042', "
-    "InsData = '-EF02-EG2-EH18-EW05-EX000012345', AWP = 9.375 WHERE RXInfoID = 9",
-    "INSERT INTO Ingredients (RxInfoID, NAME, NDC, CostBasis, Qty, Cost) VALUES "
-    "(9, 'BUSPIRONE POWDER', '38779052403', '01', 0.6, 6.25), "
-    "(9, 'SUSPENSION BASE', '72140001607', '01', 59.4, 3.125)",
+// Each statement with its values, bound as everywhere else in the library.
+struct Statement {
+    const char* sql;
+    QVariantList values;
 };
+
+const QList<Statement>& everySegment() {
+    static const QList<Statement> statements{
+        {"UPDATE INSURANCE SET ClaimFields = ? WHERE InsID = ?",
+         {QStringLiteral("CX,CA,CM,CQ,DR,EJ,EA,EB,2E,AM06,DX,AM13"), 3}},
+        {"UPDATE PATIENT SET EmployerID = ?, InjuryType = ?, InjuryDate = ? WHERE PatientID = ?",
+         {5, QStringLiteral("LIFTING"), QDateTime(QDate(2026, 2, 2), QTime(0, 0)), 7}},
+        {"UPDATE RXINFO SET OtherCoverage = ?, OPatInsID = ?, OtherType = ?, "
+         "OtherIDQualifier = ?, PaidQualifier = ?, OInsAmount = ?, DURConflict = ?, "
+         "DUROutcome = ?, Diagnosis = ?, Compound = ?, ControlNumber = ?, InsData = ?, AWP = ? "
+         "WHERE RXInfoID = ?",
+         {QStringLiteral("03"), 8, QStringLiteral("01"), QStringLiteral("03"), QStringLiteral("07"),
+          4.25, QStringLiteral("DD"), QStringLiteral("1B"), QStringLiteral("F41.1,I10"), 1,
+          QStringLiteral("CII-0042"), QStringLiteral("-EF02-EG2-EH18-EW05-EX000012345"), 9.375,
+          kFill}},
+        {"INSERT INTO Ingredients (RxInfoID, NAME, NDC, CostBasis, Qty, Cost) "
+         "VALUES (?, ?, ?, ?, ?, ?)",
+         {kFill, QStringLiteral("BUSPIRONE POWDER"), QStringLiteral("38779052403"),
+          QStringLiteral("01"), 0.6, 6.25}},
+        {"INSERT INTO Ingredients (RxInfoID, NAME, NDC, CostBasis, Qty, Cost) "
+         "VALUES (?, ?, ?, ?, ?, ?)",
+         {kFill, QStringLiteral("SUSPENSION BASE"), QStringLiteral("72140001607"),
+          QStringLiteral("01"), 59.4, 3.125}},
+    };
+    return statements;
+}
 
 const char* const kSegments[] = {"AM07", "AM02", "AM03", "AM05", "AM06",
                                  "AM08", "AM11", "AM10", "AM13"};
@@ -71,7 +91,8 @@ struct Pharmacy {
         db->Open();
         applySchema(*db);
         loadSamplePharmacy(*db);
-        for (const char* statement : kEverySegment) db->Execute(QString::fromLatin1(statement));
+        for (const Statement& statement : everySegment())
+            db->Execute(QString::fromLatin1(statement.sql), statement.values);
         clsPrescription().setConnection(db);
     }
     ~Pharmacy() { mdlMain::resetSession(); }

@@ -2,6 +2,7 @@
 
 #include "session/data/DbConnection.h"
 #include "session/data/MainConnection.h"
+#include "session/data/Procedures.h"
 #include "session/runtime/Frame.h"
 #include "session/text/Conversions.h"
 
@@ -122,10 +123,14 @@ void clsPrescription::AddLogEntry() {
     if (!changed) return;
     frame([&] {
         DbConnection& db = records::mainConnection();
-        db.Execute(QStringLiteral("INSERT INTO LOG_RX (LogDate, RxInfoID, Changes, RPhID, TechID) "
-                                  "VALUES (%1, ?, ?, ?, ?)")
-                       .arg(db.dialect().serverTime()),
-                   {RXInfoID, changes, m_lEditRPhID, m_lEditTechID});
+        const QString insert = QStringLiteral(
+                                   "INSERT INTO LOG_RX (LogDate, RxInfoID, Changes, RPhID, TechID) "
+                                   "VALUES (%1, ?, ?, ?, ?)")
+                                   .arg(db.dialect().serverTime());
+        // Log rows brought from another system keep their own keys; the log still grows.
+        Procedures::insertWithNewKey(db, QStringLiteral("LOG_RX"), QStringLiteral("LogRxID"), [&] {
+            return QVariant(db.Execute(insert, {RXInfoID, changes, m_lEditRPhID, m_lEditTechID}));
+        });
     });
 }
 

@@ -38,9 +38,7 @@ const QString kDrugStock = QStringLiteral("DrugStockByID");
 // stays uncounted.
 const QString kMoveStock =
     QStringLiteral("UPDATE DRUG SET Stock = Stock + ? WHERE DrugID = ? RETURNING Stock");
-const QString kWantTable = QStringLiteral("WANTBOOK");
-const QString kWantColumns = QStringLiteral("DrugID, Date, OrderQty");
-const QString kWantOfDrug = QStringLiteral("DrugID = ?");
+const QString kWantLine = QStringLiteral("WantbookAdjust");
 
 void sayConnectionTimedOut() {
     mdlMain::user().MsgBox(
@@ -65,26 +63,31 @@ void closeIfOpen(RecordSet& rs) {
 
 // The drug's one line on the want list: written with the packages to order, or removed
 // when there are none to order.
-void keepWantLine(Frame& frame, qint32 drugId, std::optional<qint32> packages) {
-    RecordSet line;
+void keepWantLine(Frame& frame, Catalogue& catalogue, qint32 drugId,
+                  std::optional<qint32> packages) {
+    RecordSet* line = nullptr;
     frame([&] {
-        line = records::mainConnection().OpenUpdatable(kWantTable, kWantColumns, kWantOfDrug,
-                                                       {drugId});
+        line = &catalogue.rs(kWantLine);
+        closeIfOpen(*line);
+        catalogue.Run(kWantLine, {drugId});
     });
     frame([&] {
+        if (!line || line->State() == 0) return;
         if (!packages) {
-            if (!line.Eof()) line.Delete();
+            if (!line->Eof()) line->Delete();
             return;
         }
-        if (line.Eof()) {
-            line.AddNew();
-            line.setField(QStringLiteral("DrugID"), drugId);
+        if (line->Eof()) {
+            line->AddNew();
+            line->setField(QStringLiteral("DrugID"), drugId);
         }
-        line.setField(QStringLiteral("OrderQty"), *packages);
-        line.setField(QStringLiteral("Date"), today());
-        line.Update();
+        line->setField(QStringLiteral("OrderQty"), *packages);
+        line->setField(QStringLiteral("Date"), today());
+        line->Update();
     });
-    frame([&] { closeIfOpen(line); });
+    frame([&] {
+        if (line) closeIfOpen(*line);
+    });
 }
 
 }  // namespace
@@ -123,7 +126,7 @@ void clsPrescription::AdjustWantbook(double adjustQty, double previousQty) {
             });
             if (!packages) packages = 0;
         }
-        keepWantLine(frame, DrugID(), packages);
+        keepWantLine(frame, catalogue, DrugID(), packages);
     }
     frame([&] {
         if (drug) closeIfOpen(*drug);

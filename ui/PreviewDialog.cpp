@@ -1,7 +1,7 @@
 #include "ui/PreviewDialog.h"
 
-#include "ui/QtPrintedDocument.h"
 #include "session/runtime/Session.h"
+#include "ui/QtPrintedDocument.h"
 
 #include <QCheckBox>
 #include <QComboBox>

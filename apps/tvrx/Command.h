@@ -43,6 +43,9 @@ Command newCommand();
 Command refillCommand();
 Command screenCommand();
 Command imageCommand();
+Command voidCommand();
+Command deleteCommand();
+Command wantbookCommand();
 Command eligibilityCommand();
 
 // Whether the arguments ask for a PDF file with "--pdf": only then must text be laid out.

@@ -120,7 +120,8 @@ int run(const CommandLine& line) {
         mdlMain::ClockService =
             std::make_shared<FixedClock>(QDateTime(*settings->today, QTime(12, 0)));
     }
-    if (line.isSet(kPdf)) mdlMain::Documents.set([] { return std::make_shared<LaidOutDocument>(); });
+    if (line.isSet(kPdf))
+        mdlMain::Documents.set([] { return std::make_shared<LaidOutDocument>(); });
     auto face = std::make_shared<CountedFace>(line.isSet(kPdf) ? line.value(kPdf) : QString());
     setPreviewFace(face);
     auto alerts = std::make_shared<AlertPrinter>();

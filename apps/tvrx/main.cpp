@@ -12,11 +12,11 @@ namespace tvrx::cli {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
-        encodeCommand(),       exchangeCommand(), initCommand(),   showCommand(),
-        logCommand(),          planCommand(),     decodeCommand(), claimBuildCommand(),
-        claimExplainCommand(), submitCommand(),   priceCommand(),  newCommand(),
-        refillCommand(),       screenCommand(),   imageCommand(),
-        eligibilityCommand(),
+        encodeCommand(),       exchangeCommand(), initCommand(),        showCommand(),
+        logCommand(),          planCommand(),     decodeCommand(),      claimBuildCommand(),
+        claimExplainCommand(), submitCommand(),   priceCommand(),       newCommand(),
+        refillCommand(),       screenCommand(),   imageCommand(),       voidCommand(),
+        deleteCommand(),       wantbookCommand(), eligibilityCommand(),
     };
     return all;
 }

@@ -1,9 +1,12 @@
 #include "session/data/Catalogue.h"
 
+#include "session/data/AutoRefillDefaults.h"
 #include "session/data/DbConnection.h"
 #include "session/data/Procedures.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
+
+#include <QRegularExpression>
 
 namespace tvrx {
 
@@ -100,13 +103,37 @@ const std::vector<Catalogue::Command>& commandTable() {
          "SELECT DrugID, Stock, MinReorderQty, ParQty, PackageSize FROM DRUG WHERE (DrugID = ?)",
          {"Param1"}},
         {"WantbookAdjust",
-         Kind::Text,
+         Kind::Updatable,
          "Select DrugID, Date, OrderQty from WANTBOOK Where DrugID = ?",
          {"Param1"}},
         {"dbo_VoidRefill", Kind::Procedure, "dbo.VoidRefill", {"@Number", "@Refill"}},
         {"RPhByID", Kind::Text, "Select * From RPh where RPhID = ?", {"Param1"}},
     };
     return table;
+}
+
+// The record sets that give their new rows values of their own.
+struct NewRowDefaults {
+    const char* command;
+    void (*apply)(RecordSet& row);
+};
+const NewRowDefaults kNewRowDefaults[] = {
+    {"dbo_AllAutoRefill", applyAutoRefillDefaults},
+};
+
+// "Select columns from table Where condition" opened as an updatable result.
+RecordSet openUpdatable(DbConnection& connection, const QString& statement,
+                        const QVariantList& params) {
+    static const QRegularExpression form(
+        QStringLiteral(R"(^\s*select\s+(.+?)\s+from\s+(\w+)(?:\s+where\s+(.+))?\s*$)"),
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch parts = form.match(statement);
+    if (!parts.hasMatch()) {
+        fail(err::NotUpdatable,
+             QStringLiteral("The statement is not one over a single table: %1").arg(statement));
+    }
+    return connection.OpenUpdatable(parts.captured(2), parts.captured(1), parts.captured(3),
+                                    params);
 }
 
 }  // namespace
@@ -146,6 +173,13 @@ void Catalogue::Run(const QString& name, const QVariantList& params) {
             rows = std::move(result.rows);
             break;
         }
+        case Kind::Updatable:
+            rows = openUpdatable(*rxdb_, source, params);
+            break;
+    }
+    for (const NewRowDefaults& defaults : kNewRowDefaults) {
+        if (key == QLatin1String(defaults.command) && rows.Updatable())
+            rows.setNewRowDefaults(defaults.apply);
     }
 }
 

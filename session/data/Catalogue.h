@@ -19,7 +19,9 @@ class DbConnection;
 // closes before the command runs again.
 class Catalogue {
 public:
-    enum class Kind { Text, Table, Procedure };
+    // Text and Table give rows to read; Updatable is a statement over one table, "Select
+    // columns from table Where condition", whose rows can be changed, added and deleted.
+    enum class Kind { Text, Table, Procedure, Updatable };
 
     struct Command {
         const char* name;

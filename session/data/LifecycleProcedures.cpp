@@ -39,14 +39,19 @@ Procedures::Result deleteRx(DbConnection& connection, const QVariantList& args) 
     return {};
 }
 
+// The list of automatic refills, every row, updatable by its key.
+Procedures::Result allAutoRefill(DbConnection& connection, const QVariantList&) {
+    return {QVariant(), connection.OpenUpdatable(QStringLiteral("AutoRefill"), QStringLiteral("*"),
+                                                 QStringLiteral("1 = 1 ORDER BY AutoRefillID"))};
+}
+
 }  // namespace
 
 std::vector<std::pair<const char*, Procedures::Procedure>> lifecycleProcedures() {
     return {
-        {"FindRxNumber", findRxNumber},
-        {"FindRxNumberAll", findRxNumberAll},
-        {"VoidRefill", voidRefill},
-        {"DeleteRx", deleteRx},
+        {"FindRxNumber", findRxNumber},   {"FindRxNumberAll", findRxNumberAll},
+        {"VoidRefill", voidRefill},       {"DeleteRx", deleteRx},
+        {"AllAutoRefill", allAutoRefill},
     };
 }
 

@@ -2,6 +2,7 @@
 
 #include "session/data/DbConnection.h"
 #include "session/data/FillProcedures.h"
+#include "session/data/HostProcedures.h"
 #include "session/data/LifecycleProcedures.h"
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
@@ -17,20 +18,13 @@ namespace {
 constexpr int kNewKeyAttempts = 5;
 
 // The database hands out the key, so two workstations asking at once never get the same
-// one. But a row written with a key of its own (a pharmacy bringing its data, any host's
-// loader) may hold the key the counter hands out next: the insert then fails on the key,
-// the counter is moved past the highest key in the table, and the insert runs again. Only
-// a row this insert made gives its key back, so no key handed out is ever a taken one.
+// one. Only a row this insert made gives its key back, so no key handed out is ever a
+// taken one.
 qint32 insertEmptyRow(DbConnection& connection, const QString& table, const QString& key) {
-    for (int attempt = 1;; ++attempt) {
-        try {
-            return connection.Scalar(connection.dialect().insertEmptyRow(table, key)).toInt();
-        } catch (const Failure& failure) {
-            const bool keyTaken = failure.number() == err::ConstraintViolated;
-            if (!keyTaken || attempt == kNewKeyAttempts) throw;
-        }
-        Procedures::catchUpKeyCounter(connection, table, key);
-    }
+    return Procedures::insertWithNewKey(
+               connection, table, key,
+               [&] { return connection.Scalar(connection.dialect().insertEmptyRow(table, key)); })
+        .toInt();
 }
 
 Procedures::Procedure newKeyProcedure(const Procedures::NewKey& entry) {
@@ -66,6 +60,8 @@ struct Registry {
         for (auto& [name, procedure] : fillProcedures())
             procedures[canonical(QString::fromLatin1(name))] = std::move(procedure);
         for (auto& [name, procedure] : lifecycleProcedures())
+            procedures[canonical(QString::fromLatin1(name))] = std::move(procedure);
+        for (auto& [name, procedure] : hostProcedures())
             procedures[canonical(QString::fromLatin1(name))] = std::move(procedure);
     }
 };
@@ -119,6 +115,23 @@ Procedures::Result Procedures::call(DbConnection& connection, const QString& nam
 
 qint32 Procedures::newKey(DbConnection& connection, const QString& name) {
     return call(connection, name).ReturnValue.toInt();
+}
+
+// A row written with a key of its own (a pharmacy bringing its data, any host's loader) may
+// hold the key the counter hands out next; any other rule the insert breaks fails the same
+// way on every attempt and is passed on after the last.
+QVariant Procedures::insertWithNewKey(DbConnection& connection, const QString& table,
+                                      const QString& keyColumn,
+                                      const std::function<QVariant()>& insert) {
+    for (int attempt = 1;; ++attempt) {
+        try {
+            return insert();
+        } catch (const Failure& failure) {
+            const bool keyTaken = failure.number() == err::ConstraintViolated;
+            if (!keyTaken || attempt == kNewKeyAttempts) throw;
+        }
+        catchUpKeyCounter(connection, table, keyColumn);
+    }
 }
 
 void Procedures::catchUpKeyCounter(DbConnection& connection, const QString& table,

@@ -51,6 +51,14 @@ public:
     // counter follows every key written). A table whose key is not numbered is left alone.
     static void catchUpKeyCounter(DbConnection& connection, const QString& table,
                                   const QString& keyColumn);
+
+    // Runs an insert whose key the database hands out and gives back what it returns. The
+    // key handed out may be one a row written with its own key already holds (a pharmacy
+    // bringing its data): the insert then fails on the key, the counter is moved past the
+    // highest key, and the insert runs again, a few times at most.
+    static QVariant insertWithNewKey(DbConnection& connection, const QString& table,
+                                     const QString& keyColumn,
+                                     const std::function<QVariant()>& insert);
 };
 
 }  // namespace tvrx

@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <utility>
 
 namespace tvrx {
 
@@ -289,6 +290,11 @@ void RecordSet::AddNew() {
     position_ = static_cast<int>(rows_.size()) - 1;
     adding_ = true;
     changed_.assign(changed_.size(), false);
+    if (newRowDefaults_) newRowDefaults_(*this);
+}
+
+void RecordSet::setNewRowDefaults(std::function<void(RecordSet& row)> defaults) {
+    newRowDefaults_ = std::move(defaults);
 }
 
 void RecordSet::CancelUpdate() {

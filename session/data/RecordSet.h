@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -61,6 +62,9 @@ public:
     void setField(const QString& name, const QVariant& value);
     void Update();
     void AddNew();
+    // Runs on each row AddNew starts, before the caller assigns anything: the values a
+    // list gives its new rows. What it assigns is written by the same Update as the rest.
+    void setNewRowDefaults(std::function<void(RecordSet& row)> defaults);
     void CancelUpdate();
     void Delete();
 
@@ -104,6 +108,7 @@ private:
     // The current row as it was before its first assignment, for CancelUpdate.
     QVariantList original_;
     bool adding_ = false;
+    std::function<void(RecordSet&)> newRowDefaults_;
 };
 
 }  // namespace tvrx

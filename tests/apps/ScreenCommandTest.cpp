@@ -1,4 +1,3 @@
-#include "support/DataRows.h"
 #include "support/DatabaseFixture.h"
 #include "support/TvrxProgram.h"
 
@@ -18,19 +17,10 @@ TEST_P(ScreenCommandTest, ScreensFillsAndKeepsTheirImages) {
     ASSERT_TRUE(scan.open(QIODevice::WriteOnly));
     scan.write("scanned");
     scan.close();
-    for (const test::DataRow& row : test::dataRows(QStringLiteral("screen-commands.tsv"))) {
-        auto filled = [&](QString cell) {
-            return cell.replace(QStringLiteral("$DB"), connectionString())
-                .replace(QStringLiteral("$DIR"), folder.path());
-        };
-        const test::ProgramRun run =
-            test::runTvrx(filled(row.cells[0]).split(u' ', Qt::SkipEmptyParts));
-        EXPECT_EQ(run.exitCode, row.cells[1].toInt()) << row.where << "\n" << run.err.toStdString();
-        for (const QString& piece : row.cells[2].split(QStringLiteral(" | "))) {
-            test::expectPiece(run.out, filled(piece), row.where);
-        }
-        test::expectPiece(run.err, row.cells[3], row.where);
-    }
+    test::expectRunsOfFile(QStringLiteral("screen-commands.tsv"), [&](QString cell) {
+        return cell.replace(QStringLiteral("$DB"), connectionString())
+            .replace(QStringLiteral("$DIR"), folder.path());
+    });
     QFile pdf(folder.filePath(QStringLiteral("report-1.pdf")));
     ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
     EXPECT_TRUE(pdf.read(5) == "%PDF-");

@@ -2,8 +2,8 @@
 #include "prescription/ScriptedScreening.h"
 #include "reports/RecordingDocument.h"
 #include "reports/ScriptedPreviewFace.h"
-#include "support/DataRows.h"
 #include "session/runtime/Session.h"
+#include "support/DataRows.h"
 
 #include <QMap>
 

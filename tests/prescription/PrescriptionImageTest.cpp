@@ -1,7 +1,7 @@
 #include "prescription/PrescriptionFixture.h"
 #include "prescription/RXImageFolder.h"
-#include "support/DataRows.h"
 #include "session/runtime/Session.h"
+#include "support/DataRows.h"
 
 #include <QDir>
 #include <QFile>

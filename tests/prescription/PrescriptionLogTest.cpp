@@ -45,6 +45,17 @@ TEST_P(PrescriptionLogTest, EachWatchedChangeIsLoggedOnce) {
     EXPECT_EQ(entry.Fields(3).toInt(), 0);
 }
 
+// Log rows brought from another system with keys of their own do not stop the log from
+// growing, on a database whose key counter knew nothing of them.
+TEST_P(PrescriptionLogTest, RowsBroughtWithTheirOwnKeysDoNotStopTheLog) {
+    rows("LOG_RX", "LogRxID\tRxInfoID\tChanges\n1\t60\tbrought\n2\t60\tbrought\n");
+    const auto rx = loaded(60);
+    rx->Qty = 60;
+    rx->Update();
+    EXPECT_TRUE(reporter->reports().isEmpty());
+    EXPECT_EQ(logChanges(), (QStringList{"brought", "brought", kQtyChange}));
+}
+
 // Every watched value in its log form, in the log's order; the quantity left goes by
 // the name QtyLeft. Apostrophes stay single, the markup characters are escaped, and a
 // control character that XML cannot hold shows as "?" while the row keeps it.

@@ -6,7 +6,11 @@
 #include <QString>
 #include <QStringList>
 
+#include "support/DataRows.h"
+
 #include <gtest/gtest.h>
+
+#include <functional>
 
 #include <span>
 
@@ -74,6 +78,19 @@ inline void expectPiece(const QString& output, const QString& cell, const std::s
     }
     const QString piece = QString(cell).replace(QStringLiteral("\\n"), QStringLiteral("\n"));
     EXPECT_TRUE(output.contains(piece)) << where << "\n" << output.toStdString();
+}
+
+// Runs each row of a data file, in order: the arguments (split at blanks), the exit code,
+// pieces of standard output separated by " | ", a piece of standard error, each cell
+// passed through filled first (to put in the database, a folder).
+inline void expectRunsOfFile(const QString& file, const std::function<QString(QString)>& filled) {
+    for (const DataRow& row : dataRows(file)) {
+        const ProgramRun run = runTvrx(filled(row.cells[0]).split(u' ', Qt::SkipEmptyParts));
+        EXPECT_EQ(run.exitCode, row.cells[1].toInt()) << row.where << "\n" << run.err.toStdString();
+        for (const QString& piece : row.cells[2].split(QStringLiteral(" | ")))
+            expectPiece(run.out, filled(piece), row.where);
+        expectPiece(run.err, row.cells[3], row.where);
+    }
 }
 
 }  // namespace tvrx::test

@@ -109,9 +109,9 @@ TEST_P(CatalogueTest, RunLeavesRowsInTheCommandsRecordSet) {
 }
 
 TEST_P(CatalogueTest, ProceduresAreRegisteredByLaterCode) {
-    const auto unknown = caught([&] { catalogue().Run("dbo_FindMonograph", {1}); });
+    const auto unknown = caught([&] { Procedures::call(*db, "dbo.FindMonographs", {1}); });
     EXPECT_EQ(unknown.number, err::StatementError);
-    EXPECT_EQ(unknown.description, "Could not find stored procedure 'dbo.FindMonograph'.");
+    EXPECT_EQ(unknown.description, "Could not find stored procedure 'dbo.FindMonographs'.");
     EXPECT_EQ(caught([&] { catalogue().Run("NoSuchCommand"); }).number, err::ItemNotFound);
 
     // The registry is the process's: a name of its own per back end.
@@ -134,6 +134,13 @@ TEST(CatalogueCommands, EveryCommandIsListedOnceWithItsKind) {
         names.insert(QString::fromLatin1(command.name).toLower());
     EXPECT_EQ(names.size(), static_cast<int>(Catalogue::commands().size()));
     EXPECT_EQ(Catalogue::command("cmdDrugs")->kind, Catalogue::Kind::Table);
+}
+
+TEST(CatalogueCommands, EveryProcedureCommandHasABody) {
+    for (const auto& command : Catalogue::commands()) {
+        if (command.kind != Catalogue::Kind::Procedure) continue;
+        EXPECT_TRUE(Procedures::isRegistered(QLatin1String(command.source))) << command.name;
+    }
 }
 
 TVRX_BACKENDS(CatalogueTest);

@@ -145,7 +145,7 @@ bool saveEligibility(const QDir& folder) {
     file.write(answer.text.value_or(QString()).toLatin1());
     file.close();
 
-    tvrx::setDocumentFactory([] { return std::make_shared<tvrx::QtPrintedDocument>(); });
+    tvrx::mdlMain::Documents.set([] { return std::make_shared<tvrx::QtPrintedDocument>(); });
     auto face =
         std::make_shared<SavingFace>(folder.filePath(QStringLiteral("eligibility-report.png")));
     tvrx::setPreviewFace(face);
