@@ -60,18 +60,9 @@ QString relationshipCode(const QString& stored) {
     return conv::Trim(stored);
 }
 
-QString genderCode(const QString& gender) {
-    return gender == QLatin1String("M") ? QStringLiteral("1") : QStringLiteral("2");
-}
-
 // 2 when the patient's record says so, 1 for anything else.
 QString yesCode(qint16 stored) {
     return stored == 2 ? QStringLiteral("2") : QStringLiteral("1");
-}
-
-QString birthText(const QDateTime& birthdate) {
-    return birthdate.isValid() ? conv::FormatDate(birthdate, QStringLiteral("YYYYMMDD"))
-                               : QStringLiteral("00000000");
 }
 
 // The rows and objects one header is built from.
@@ -112,12 +103,12 @@ public:
             const QString switches = columnText(s_.useIns, QStringLiteral("ClaimFields"));
             values.setFlag(Flag::Medicare, switches.contains(QLatin1String("MED")));
         });
-        frame_([&] { values[V::GenderCode].text = genderCode(s_.person().Gender); });
+        frame_([&] { values[V::GenderCode].text = claims::genderCode(s_.person().Gender); });
         frame_([&] {
             values[V::RelationshipCode].text =
                 relationshipCode(columnText(s_.rsPatIns, QStringLiteral("Relationship")));
         });
-        frame_([&] { values[V::BirthText].text = birthText(s_.person().Birthdate); });
+        frame_([&] { values[V::BirthText].text = claims::birthText(s_.person().Birthdate); });
         values[V::PrescriptionCount].number = prescriptionCount;
         values.setDate(V::FillDate, [&] { return s_.rx().DateFilled; });
         values.setText(V::PatientFirstName, [&] { return s_.person().FirstName; });

@@ -132,6 +132,14 @@ QString ExchangeFiles::temporaryPath() const {
 void ExchangeFiles::sendRequest(const QString& text, const ExchangeSettings& settings) const {
     QByteArray line = text.toLatin1();
     line.append(kEndOfText);
+    sendLine(std::move(line), settings);
+}
+
+void ExchangeFiles::sendInquiry(const QString& text, const ExchangeSettings& settings) const {
+    sendLine(text.toLatin1(), settings);
+}
+
+void ExchangeFiles::sendLine(QByteArray line, const ExchangeSettings& settings) const {
     line.append("\r\n");
     writeFileAtomically(requestPath(), temporaryPath(), line, settings.RequestMode);
 }

@@ -53,6 +53,9 @@ public:
 
     // The text, byte 3, carriage return and line feed, as one line, into the request file.
     void sendRequest(const QString& text, const ExchangeSettings& settings) const;
+    // An eligibility request is no claim: its text, carriage return and line feed, without
+    // the end byte, the same way into the request file.
+    void sendInquiry(const QString& text, const ExchangeSettings& settings) const;
     // Removes the request if the transmission program has not collected it yet.
     void withdrawRequest() const;
     // Removes a temporary request file that a failed write left behind.
@@ -61,6 +64,8 @@ public:
     void removeResponse() const;
 
 private:
+    void sendLine(QByteArray line, const ExchangeSettings& settings) const;
+
     QString directory_;
     QString stem_;
 };

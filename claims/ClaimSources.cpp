@@ -9,6 +9,7 @@
 #include "session/runtime/Failure.h"
 #include "session/runtime/Frame.h"
 #include "session/runtime/Session.h"
+#include "session/text/Conversions.h"
 #include "session/text/Encodings.h"
 
 #include <algorithm>
@@ -35,6 +36,15 @@ std::optional<QString> taggedValue(const QString& text, QLatin1StringView tag, q
 QString phoneDigits(const QString& masked) {
     return response::mid(masked, 2, 3).toString() + response::mid(masked, 7, 3).toString() +
            response::mid(masked, 11, 4).toString();
+}
+
+QString genderCode(const QString& gender) {
+    return gender == QLatin1String("M") ? QStringLiteral("1") : QStringLiteral("2");
+}
+
+QString birthText(const QDateTime& birthdate) {
+    return birthdate.isValid() ? conv::FormatDate(birthdate, QStringLiteral("YYYYMMDD"))
+                               : QStringLiteral("00000000");
 }
 
 QString without(QString text, QStringView characters) {

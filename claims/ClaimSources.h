@@ -2,6 +2,7 @@
 
 #include "session/runtime/UserInteraction.h"
 
+#include <QDateTime>
 #include <QLatin1StringView>
 #include <QString>
 #include <QStringView>
@@ -32,6 +33,13 @@ std::optional<QString> taggedValue(const QString& text, QLatin1StringView tag, q
 // The ten digits of a telephone in its mask form "(555) 555-0199", taken by position:
 // three from position 2, three from 7, four from 11. A shorter text gives fewer.
 QString phoneDigits(const QString& masked);
+
+// "1" for a male patient ("M"), "2" for anyone else.
+QString genderCode(const QString& gender);
+
+// The birth date as "YYYYMMDD"; "00000000" only for no date at all (the zero date is a
+// date and goes out as one).
+QString birthText(const QDateTime& birthdate);
 
 // The text without any of the characters.
 QString without(QString text, QStringView characters);

@@ -165,8 +165,10 @@ enum class Flag : quint8 {
     DispensingUnit,
     Route,
     Diagnoses,  // the prescription names diagnoses
+    Smoker,     // the patient's smoker number is above 0 (an eligibility request)
+    Pregnant,   // the patient's pregnancy number is above 0 (an eligibility request)
 };
-inline constexpr std::size_t kFlagCount = static_cast<std::size_t>(Flag::Diagnoses) + 1;
+inline constexpr std::size_t kFlagCount = static_cast<std::size_t>(Flag::Pregnant) + 1;
 
 // One prepared value. A failure raised while preparing it stays with it.
 struct Slot {

@@ -135,6 +135,45 @@ constexpr std::array kInsurance51{
     text("C6", "Patient relationship code", V::RelationshipCode, 1),
 };
 
+// An eligibility request ("E1"), version 5.1: the head with the date of coverage as its
+// date of service, the patient without an ID and with smoker and pregnancy only when the
+// record holds a number above 0, and the insurance segment of a claim.
+constexpr std::array kEligibilityHead{
+    fill("", "Bank identification number", V::BIN, 6),
+    headLiteral("51", "Version"),
+    headLiteral("E1", "Transaction code"),
+    fill("", "Processor control number", V::ProcNumb, 10),
+    headLiteral("1", "Transaction count"),
+    digits("", "Service provider ID qualifier", V::IDQualifier, 2),
+    fill("", "Service provider ID", V::PlanID, 15),
+    day("", "Date of service", V::FillDate),
+    fill("", "Software vendor ID", V::VendorID, 10),
+};
+
+constexpr std::array kEligibilityPatient{
+    text("C4", "Date of birth", V::BirthText, 8),
+    text("C5", "Patient gender code", V::GenderCode, 1),
+    fill("CA", "Patient first name", V::PatientFirstName, 12, kPatientName),
+    fill("CB", "Patient last name", V::PatientLastName, 15, kPatientName),
+    fill("CM", "Patient street address", V::PatientAddress, 30, kAddressBlock),
+    fill("CN", "Patient city", V::PatientCity, 20, kAddressBlock),
+    fill("CO", "Patient state", V::PatientState, 2, kAddressBlock),
+    fill("CP", "Patient zip code", V::PatientZip, 15, kAddressBlock),
+    text("CQ", "Patient phone number", V::PatientPhone, 10, onSwitch("CQ")),
+    kLocation,
+    literal("CZ", "    ", "Employer ID"),
+    text("1C", "Smoker code", V::SmokerCode, 1, when(Flag::Smoker)),
+    text("2C", "Pregnancy indicator", V::PregnancyCode, 1, when(Flag::Pregnant)),
+};
+
+constexpr std::array kEligibilityParts{
+    head("Header", kEligibilityHead, kStart),
+    segment("AM01", "Patient", kEligibilityPatient),
+    segment("AM04", "Insurance", kInsurance51),
+};
+
+constexpr Layout kEligibility{QLatin1StringView("E1"), kEligibilityParts};
+
 constexpr std::array kPartsA{head("Header", kFixedHead, kStart), fields(kFieldsA)};
 constexpr std::array kPartsB{head("Header", kFixedHead, kStart), fields(kFieldsB)};
 constexpr std::array kPartsC{head("Header", kFixedHead, kStart), fields(kFieldsC)};
@@ -155,6 +194,10 @@ constexpr std::array<const Layout*, 5> kHeaders{&kHeaderA, &kHeaderB, &kHeaderC,
                                                 &kHeaderE};
 
 }  // namespace
+
+const Layout& eligibilityLayout() {
+    return kEligibility;
+}
 
 std::span<const Layout* const> headerLayouts() {
     return kHeaders;

@@ -16,6 +16,9 @@ const Layout& claimLayout(const QString& form);
 // A reversal, header and body in one: "3C", "51", and any other Form.
 const Layout& reversalLayout(const QString& form);
 
+// An eligibility request, head and segments in one.
+const Layout& eligibilityLayout();
+
 // The segmented 5.1 body, also among claimLayouts().
 const Layout& segmentedClaimLayout();
 

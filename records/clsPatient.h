@@ -10,6 +10,7 @@
 namespace tvrx {
 
 class DbConnection;
+class PATINS;
 template <class Record>
 class ColumnTable;
 
@@ -94,6 +95,16 @@ public:
     qint16 Pregnancy = 0;
     qint16 Smoker = 0;
     qint32 ImportID = 0;
+
+    // ---- Asking a payer (eligibility/CheckEligibility.cpp) ----------------------------
+    // Asks the payer of the coverage whether this patient is covered on a date the user
+    // types: one "E1" request through the exchange directory, then the answer read and
+    // shown as a report. An empty text, or "ERROR: Insurance not found!" when the
+    // coverage's plan is not in INSURANCE. The patient's own columns must be loaded.
+    // DebugMode changes nothing.
+    QString CheckEligibility(const PATINS& oPatIns, const QString& sTVIDirectory,
+                             const QString& sPrinter, const QString& NABP, bool DebugMode = false);
+    // ---- end of asking a payer ---------------------------------------------------------
 
     // ---- Eligibility: the payer's answer, its report, and the plans it names ----------
     // (eligibility/EligibilityAnswer.cpp, eligibility/AddFromEligibility.cpp)

@@ -23,6 +23,7 @@ public:
     Adjudicator(Payers payers, History& history, std::function<QString(const QString&)> describe);
 
     Answer adjudicate(const Transmission& transmission, const QDate& received);
+    const Payers& payers() const { return payers_; }
 
 private:
     struct Context;

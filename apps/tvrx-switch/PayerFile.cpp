@@ -125,13 +125,17 @@ Drug drugOf(const Node& node) {
 }
 
 Member memberOf(const Node& node) {
-    const Node item = node.object({"cardholderId", "personCode", "dateOfBirth", "name", "covered"});
+    const Node item = node.object({"cardholderId", "personCode", "dateOfBirth", "name", "covered",
+                                   "coveredFrom", "coveredThrough", "payerOrder"});
     Member member;
     member.cardholderId = item.required("cardholderId").nonEmptyText();
     member.personCode = item.required("personCode").digits(2).toInt();
     member.dateOfBirth = item.required("dateOfBirth").digits(8);
     if (item.has("name")) member.name = item.member("name").text();
     if (item.has("covered")) member.covered = item.member("covered").boolean();
+    if (item.has("coveredFrom")) member.coveredFrom = item.member("coveredFrom").digits(8);
+    if (item.has("coveredThrough")) member.coveredThrough = item.member("coveredThrough").digits(8);
+    if (item.has("payerOrder")) member.payerOrder = item.member("payerOrder").whole(1, 9);
     return member;
 }
 
@@ -216,7 +220,7 @@ PlanRule ruleOf(const Node& node, const std::function<bool(const QString&)>& kno
 
 Plan planOf(const Node& node, const std::function<bool(const QString&)>& knownRejectCode) {
     const Node item = node.object({"name", "bin", "pcn", "group", "layouts", "members", "pricing",
-                                   "patientPay", "rules", "planId", "helpDesk"});
+                                   "patientPay", "rules", "planId", "helpDesk", "medicare"});
     Plan plan;
     plan.name = item.required("name").nonEmptyText();
     plan.bin = item.required("bin").digits(6);
@@ -242,6 +246,7 @@ Plan planOf(const Node& node, const std::function<bool(const QString&)>& knownRe
     }
     if (item.has("planId")) plan.planId = item.member("planId").text();
     if (item.has("helpDesk")) plan.helpDesk = item.member("helpDesk").digits(10);
+    if (item.has("medicare")) plan.medicare = item.member("medicare").boolean();
     return plan;
 }
 

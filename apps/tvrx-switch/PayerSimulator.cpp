@@ -1,5 +1,6 @@
 #include "PayerSimulator.h"
 
+#include "Eligibility.h"
 #include "RequestReader.h"
 #include "ResponseWriter.h"
 #include "responses/RejectTable.h"
@@ -70,6 +71,7 @@ std::unique_ptr<PayerSimulator> PayerSimulator::start(const QString& payerFile,
 }
 
 Switch::Reply PayerSimulator::answer(const QByteArray& request) {
+    if (isEligibilityRequest(request)) return answerEligibility(request, adjudicator_->payers());
     const Transmission transmission = readRequest(QString::fromLatin1(request));
     const Answer answer =
         adjudicator_->adjudicate(transmission, day_.isValid() ? day_ : QDate::currentDate());

@@ -24,6 +24,11 @@ struct Member {
     QString dateOfBirth;   // YYYYMMDD
     QString name;          // for the history and the reader; never compared
     bool covered = true;   // false: "65" Patient Is Not Covered
+    // The days of coverage an eligibility request is answered for, YYYYMMDD; empty: open.
+    QString coveredFrom;
+    QString coveredThrough;
+    // Where the plan stands among the member's plans: 1 primary, 2 secondary, ...
+    int payerOrder = 1;
 };
 
 struct Pricing {
@@ -75,8 +80,9 @@ struct Plan {
     Pricing pricing;
     PatientPay patientPay;
     QList<PlanRule> rules;
-    QString planId;    // sent back as the plan ID of a 5.1 answer
-    QString helpDesk;  // a telephone number sent with 5.1 rejections
+    QString planId;         // sent back as the plan ID of a 5.1 answer
+    QString helpDesk;       // a telephone number sent with 5.1 rejections
+    bool medicare = false;  // eligibility answers name it as a Medicare plan
 };
 
 struct Payers {

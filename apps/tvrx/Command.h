@@ -48,5 +48,9 @@ Command deleteCommand();
 Command wantbookCommand();
 Command editCommand();
 Command generateCommand();
+Command eligibilityCommand();
+
+// Whether the arguments ask for a PDF file with "--pdf": only then must text be laid out.
+bool namesPdfFile(const QStringList& arguments);
 
 }  // namespace tvrx::cli

@@ -140,8 +140,9 @@ int run(const CommandLine& line) {
     return session.printReports() > 0 ? kExitFailed : kExitOk;
 }
 
-// Only PDF files need text laid out, and with it a graphical application.
-bool renders(const QStringList& arguments) {
+}  // namespace
+
+bool namesPdfFile(const QStringList& arguments) {
     for (const QString& argument : arguments) {
         if (argument == QLatin1String("--pdf") || argument.startsWith(QLatin1String("--pdf=")))
             return true;
@@ -149,15 +150,13 @@ bool renders(const QStringList& arguments) {
     return false;
 }
 
-}  // namespace
-
 Command screenCommand() {
     return {QStringLiteral("screen"),
             QStringLiteral("screen a fill for interactions and allergies"),
             QString::fromLatin1(kDescription),
             declare,
             run,
-            renders};
+            namesPdfFile};
 }
 
 }  // namespace tvrx::cli

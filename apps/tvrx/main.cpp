@@ -12,11 +12,12 @@ namespace tvrx::cli {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
-        encodeCommand(),       exchangeCommand(), initCommand(),   showCommand(),
-        logCommand(),          planCommand(),     decodeCommand(), claimBuildCommand(),
-        claimExplainCommand(), submitCommand(),   priceCommand(),  newCommand(),
-        refillCommand(),       screenCommand(),   imageCommand(),  voidCommand(),
-        deleteCommand(),       wantbookCommand(), editCommand(),   generateCommand(),
+        encodeCommand(),       exchangeCommand(), initCommand(),        showCommand(),
+        logCommand(),          planCommand(),     decodeCommand(),      claimBuildCommand(),
+        claimExplainCommand(), submitCommand(),   priceCommand(),       newCommand(),
+        refillCommand(),       screenCommand(),   imageCommand(),       voidCommand(),
+        deleteCommand(),       wantbookCommand(), eligibilityCommand(), editCommand(),
+        generateCommand(),
     };
     return all;
 }

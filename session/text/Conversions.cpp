@@ -3,6 +3,7 @@
 #include "session/runtime/ErrorNumbers.h"
 #include "session/runtime/Failure.h"
 
+#include <QRegularExpression>
 #include <QVarLengthArray>
 
 #include <algorithm>
@@ -878,6 +879,38 @@ QString DateTimeText(const QDateTime& value) {
 
 QDateTime ZeroDate() {
     return QDateTime(zeroDay(), QTime(0, 0));
+}
+
+namespace {
+
+// Two-digit years are read in a window of a hundred years that ends in 2029.
+constexpr int kCenturyTurn = 30;
+
+int fullYear(const QString& digits) {
+    const int year = digits.toInt();
+    if (digits.size() != 2) return year;
+    return year < kCenturyTurn ? 2000 + year : 1900 + year;
+}
+
+}  // namespace
+
+std::optional<QDate> CoverageDate(const QString& text) {
+    // Anchored at both ends: a line feed after the year is no part of a date.
+    static const QRegularExpression kSlashed(QRegularExpression::anchoredPattern(
+        QStringLiteral("([0-9]{1,2})/([0-9]{1,2})/([0-9]{2}|[0-9]{4})")));
+    static const QRegularExpression kDashed(
+        QRegularExpression::anchoredPattern(QStringLiteral("([0-9]{4})-([0-9]{2})-([0-9]{2})")));
+    const QString trimmed = Trim(text);
+    QDate date;
+    if (const QRegularExpressionMatch slashed = kSlashed.match(trimmed); slashed.hasMatch()) {
+        date = QDate(fullYear(slashed.captured(3)), slashed.captured(1).toInt(),
+                     slashed.captured(2).toInt());
+    } else if (const QRegularExpressionMatch dashed = kDashed.match(trimmed); dashed.hasMatch()) {
+        date = QDate(dashed.captured(1).toInt(), dashed.captured(2).toInt(),
+                     dashed.captured(3).toInt());
+    }
+    if (!date.isValid()) return std::nullopt;
+    return date;
 }
 
 }  // namespace tvrx::conv

@@ -92,6 +92,11 @@ QString FormatDate(const QDateTime& value, const QString& picture);
 // The system's default text of a date-time ("3/14/2026 9:26:53 AM"; the date alone at
 // midnight; the time alone on the zero date 12/30/1899).
 QString DateTimeText(const QDateTime& value);
+// A date of coverage as a person types it: after trimming blanks, "M/D/YY" or "M/D/YYYY"
+// (one or two digits for month and day) or "YYYY-MM-DD", naming a day of the calendar. A
+// two-digit year from 00 to 29 is 20yy, from 30 to 99 19yy. Nothing for any other text,
+// an empty one among them (a cancelled box answers with the empty text).
+std::optional<QDate> CoverageDate(const QString& text);
 // ---- Words the system uses ---------------------------------------------------------
 
 // "Trimmed": blanks (character 32) removed at both ends, nothing else.

@@ -16,7 +16,7 @@ namespace {
 // {PLACES} take the template's defaults and what the case sets. Each case names the log
 // note of its answer (family and version, status and reject codes) and, for the kinds of
 // answer the simulator writes, what the library's decoder makes of each response text the
-// file reader cuts from it.
+// file reader cuts from it, or the whole response in notation.
 QJsonObject casesFile() {
     QFile file(QStringLiteral(TVRX_SOURCE_DIR "/tests/apps/simulator/cases.json"));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
@@ -81,6 +81,10 @@ TEST_F(SimulatorCasesTest, EachRequestIsAnsweredAsThePlanSays) {
         SCOPED_TRACE(testCase.value("name").toString().toStdString());
         const sw::Switch::Reply reply = simulator->answer(requestOf(data, testCase).toLatin1());
         EXPECT_EQ(reply.note, testCase.value("note").toString());
+        if (testCase.contains("response")) {
+            EXPECT_EQ(toNotation(QString::fromLatin1(reply.response)),
+                      testCase.value("response").toString());
+        }
         if (!testCase.contains("decoded")) continue;
         const QString file = QString::fromLatin1(reply.response);
         EXPECT_EQ(

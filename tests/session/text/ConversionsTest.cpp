@@ -283,6 +283,23 @@ TEST(ConversionsTest, DatePictures) {
     EXPECT_EQ(FormatDate(QDateTime(), "MM/DD/YYYY"), "");
 }
 
+TEST(ConversionsTest, DatesOfCoverage) {
+    for (const test::MarkdownRow& row :
+         conversionsTable("### Date of coverage: `CoverageDate`").rows) {
+        const QList<QString> answers = texts(row.cells[0]);
+        ASSERT_FALSE(answers.isEmpty()) << row.where.toStdString();
+        const std::optional<QDate> expected =
+            row.cells[1] == u"not a date"
+                ? std::nullopt
+                : std::optional(QDate::fromString(row.cells[1].mid(5), QStringLiteral("M/d/yyyy")));
+        ASSERT_TRUE(!expected || expected->isValid()) << row.where.toStdString();
+        for (const QString& answer : answers) {
+            EXPECT_EQ(CoverageDate(answer), expected)
+                << row.where.toStdString() << " \"" << answer.toStdString() << '"';
+        }
+    }
+}
+
 TEST(ConversionsTest, DateDifferences) {
     for (const test::MarkdownRow& row :
          conversionsTable("### Date differences: `DateDiff` (session/text/DateDiff.h)").rows) {
