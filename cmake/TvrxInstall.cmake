@@ -54,7 +54,10 @@ set(TVRX_PUBLIC_HEADERS
   claims/Wrapper.h
   claims/colRX.h
   claims/frmTransmit.h
+  prescription/ClinicalScreening.h
   prescription/ConsoleFindRefillFace.h
+  prescription/RXImage.h
+  prescription/RXImageFolder.h
   prescription/ScriptedFindRefillFace.h
   prescription/clsPrescription.h
   prescription/frmFindRefill.h
@@ -70,7 +73,15 @@ set(TVRX_PUBLIC_HEADERS
   records/clsDoc.h
   records/clsDrug.h
   records/clsINSURANCE.h
-  records/clsPatient.h)
+  records/clsPatient.h
+  reports/ConsolePreviewFace.h
+  reports/DocumentTable.h
+  reports/LaidOutDocument.h
+  reports/PageDocument.h
+  reports/RecordingDocument.h
+  reports/ScriptedPreviewFace.h
+  reports/frmPrint.h
+  eligibility/frmEligibility.h)
 foreach(header IN LISTS TVRX_PUBLIC_HEADERS)
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tvrx/${folder})
