@@ -46,6 +46,9 @@ void ConsolePreviewFace::writeDocument(frmPrint& form) {
     const auto* laidOut = dynamic_cast<const LaidOutDocument*>(&form.vp());
     if (!laidOut) {
         std::fprintf(out_, "%s\n\n", qPrintable(form.vp().plainText()));
+        // The report is read before the questions about it, which go to the terminal
+        // unbuffered; a log or a pipe would otherwise get it after them.
+        std::fflush(out_);
         return;
     }
     const QString path = nextPath();
