@@ -1,8 +1,8 @@
 #include "Command.h"
 #include "RecordSession.h"
 #include "ShowKinds.h"
+#include "WatchedTransmitFace.h"
 
-#include "claims/ConsoleTransmitFace.h"
 #include "claims/frmTransmit.h"
 #include "common/ExchangeDirectory.h"
 #include "common/InputFile.h"
@@ -54,23 +54,6 @@ void declare(CommandLine& line) {
     line.addOption(kAnswers, QStringLiteral("FILE"),
                    QStringLiteral("answers, one a line; '-' reads them from standard input"));
 }
-
-// The console's wait, remembering how it ended.
-class WatchedTransmitFace : public TransmitFace {
-public:
-    void showModal(frmTransmit& form) override {
-        shown = true;
-        console_.showModal(form);
-        answered = form.Success;
-    }
-    void refresh(frmTransmit& form) override { console_.refresh(form); }
-
-    bool shown = false;
-    bool answered = false;
-
-private:
-    ConsoleTransmitFace console_;
-};
 
 // The console's preview, remembering whether the report was shown.
 class WatchedPreviewFace : public ConsolePreviewFace {

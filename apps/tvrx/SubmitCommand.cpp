@@ -3,8 +3,8 @@
 #include "RecordSession.h"
 #include "ShowKinds.h"
 #include "TreePrinter.h"
+#include "WatchedTransmitFace.h"
 
-#include "claims/ConsoleTransmitFace.h"
 #include "claims/PlanRows.h"
 #include "claims/Wrapper.h"
 #include "common/ExchangeDirectory.h"
@@ -53,23 +53,6 @@ void declare(CommandLine& line) {
     line.addDatabaseOption();
     line.addJsonOption();
 }
-
-// The console's wait, remembering whether it was shown and how it ended.
-class WatchedTransmitFace : public TransmitFace {
-public:
-    void showModal(frmTransmit& form) override {
-        shown = true;
-        console_.showModal(form);
-        answered = form.Success;
-    }
-    void refresh(frmTransmit& form) override { console_.refresh(form); }
-
-    bool shown = false;
-    bool answered = false;
-
-private:
-    ConsoleTransmitFace console_;
-};
 
 // What stops the command before anything is billed, and its exit code.
 struct Refusal {
