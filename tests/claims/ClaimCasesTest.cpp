@@ -46,12 +46,7 @@ protected:
         SchemaFixture::SetUp();
         if (IsSkipped() || HasFatalFailure()) return;
         clsPrescription().setConnection(db);
-        const QDir folder(QStringLiteral(TVRX_SOURCE_DIR "/tests/claims/pharmacy"));
-        for (const QFileInfo& file : folder.entryInfoList({QStringLiteral("*.tsv")})) {
-            QFile data(file.filePath());
-            ASSERT_TRUE(data.open(QIODevice::ReadOnly));
-            loadTabSeparated(*db, file.completeBaseName(), QString::fromUtf8(data.readAll()));
-        }
+        loadClaimsPharmacy();
     }
 
     void runCases(const QString& fileName) {

@@ -32,25 +32,14 @@ protected:
         ExchangeFixture::SetUp();
         if (IsSkipped() || HasFatalFailure()) return;
         clsPrescription().setConnection(db);
-        for (const QFileInfo& file : pharmacy().entryInfoList({QStringLiteral("*.tsv")}))
-            load(file);
-    }
-
-    static QDir pharmacy() {
-        return QDir(QStringLiteral(TVRX_SOURCE_DIR "/tests/claims/pharmacy"));
-    }
-
-    void load(const QFileInfo& file) {
-        QFile data(file.filePath());
-        ASSERT_TRUE(data.open(QIODevice::ReadOnly));
-        loadTabSeparated(*db, file.completeBaseName(), QString::fromUtf8(data.readAll()));
+        loadClaimsPharmacy();
     }
 
     // What one case changed goes back: the fills as loaded, no claims, no log, a new wait.
     void startCase() {
         for (const char* table : {"Claims", "LOG_RX", "RXINFO"})
             db->Execute(QStringLiteral("DELETE FROM %1").arg(QLatin1String(table)));
-        load(QFileInfo(pharmacy().filePath(QStringLiteral("RXINFO.tsv"))));
+        loadClaimsPharmacy(QStringLiteral("RXINFO"));
         user->clear();
         reporter->clear();
         face = std::make_shared<ScriptedTransmitFace>();

@@ -28,12 +28,7 @@ protected:
         ExchangeFixture::SetUp();
         if (IsSkipped() || HasFatalFailure()) return;
         clsPatient().setConnection(db);
-        const QDir pharmacy(QStringLiteral(TVRX_SOURCE_DIR "/tests/claims/pharmacy"));
-        for (const QFileInfo& file : pharmacy.entryInfoList({QStringLiteral("*.tsv")})) {
-            QFile data(file.filePath());
-            ASSERT_TRUE(data.open(QIODevice::ReadOnly));
-            loadTabSeparated(*db, file.completeBaseName(), QString::fromUtf8(data.readAll()));
-        }
+        loadClaimsPharmacy();
     }
 
     static QStringList texts(const QJsonValue& list) { return list.toVariant().toStringList(); }
