@@ -140,7 +140,7 @@ QJsonArray submitCases() {
 TEST_P(SubmitClaimTest, EachCaseEndsAsItSays) {
     const QJsonArray cases = submitCases();
     ASSERT_FALSE(cases.isEmpty());
-    for (const QJsonValue& entry : cases) {
+    for (const auto& entry : cases) {
         const QJsonObject data = entry.toObject();
         SCOPED_TRACE(data.value("name").toString().toStdString());
         startCase();

@@ -61,9 +61,8 @@ protected:
         patient.PatientID = coverage.PatientID;
         patient.GetData();
         if (host.contains("Telephone")) patient.Telephone = host.value("Telephone").toString();
-        const QString result =
-            patient.CheckEligibility(coverage, dir, QStringLiteral("Report printer"),
-                                     QStringLiteral("4512345"), patInsID % 2 == 0);
+        QString result = patient.CheckEligibility(coverage, dir, QStringLiteral("Report printer"),
+                                                  QStringLiteral("4512345"), patInsID % 2 == 0);
         EXPECT_EQ(patient.SelectedNABP, QStringLiteral("4512345"));
         EXPECT_EQ(patient.SelectedPrinter, QStringLiteral("Report printer"));
         return result;
