@@ -2,6 +2,7 @@
 // is renamed into the exchange directory to the moment ExchangeClaimFile returns with it
 // read. A second thread plays the transmission program. It reports the median, the 90th
 // percentile and the maximum; the target is a 90th percentile below 5 ms.
+#include "Timings.h"
 #include "claims/ClaimExchange.h"
 #include "claims/ScriptedTransmitFace.h"
 #include "claims/Wrapper.h"
@@ -60,11 +61,6 @@ Clock::time_point answerOnce(const QDir& folder) {
     return renamed ? landed : Clock::time_point{};
 }
 
-double percentile(std::vector<double> values, double share) {
-    std::sort(values.begin(), values.end());
-    return values[static_cast<size_t>(share * static_cast<double>(values.size() - 1))];
-}
-
 void BM_ResponseLandingToReturn(benchmark::State& state) {
     mdlMain::resetSession();
     mdlMain::ErrorReporter = std::make_shared<RecordingErrorReporter>();
@@ -104,11 +100,7 @@ void BM_ResponseLandingToReturn(benchmark::State& state) {
         state.SetIterationTime(elapsed / 1000.0);
         milliseconds.push_back(elapsed);
     }
-    if (!milliseconds.empty()) {
-        state.counters["median_ms"] = percentile(milliseconds, 0.5);
-        state.counters["p90_ms"] = percentile(milliseconds, 0.9);
-        state.counters["max_ms"] = percentile(milliseconds, 1.0);
-    }
+    reportTimings(state, milliseconds, true);
     setTransmitFace(nullptr);
     mdlMain::resetSession();
 }

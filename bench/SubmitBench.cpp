@@ -5,6 +5,7 @@
 // goes out again and again, so after the first the payer answers it as already paid (the
 // same work for the library). It reports the median and the 90th percentile; the target is
 // a median under 50 ms.
+#include "Timings.h"
 #include "claims/PlanRows.h"
 #include "claims/ScriptedTransmitFace.h"
 #include "claims/Wrapper.h"
@@ -31,11 +32,6 @@ namespace {
 
 using namespace tvrx;
 using Clock = std::chrono::steady_clock;
-
-double percentile(std::vector<double> values, double share) {
-    std::sort(values.begin(), values.end());
-    return values[static_cast<size_t>(share * static_cast<double>(values.size() - 1))];
-}
 
 // The payer simulator on an exchange directory of its own; started() once it watches it.
 class Simulator {
@@ -106,10 +102,7 @@ void BM_SubmitClaimToClaimDone(benchmark::State& state) {
         state.SetIterationTime(elapsed / 1000.0);
         milliseconds.push_back(elapsed);
     }
-    if (!milliseconds.empty()) {
-        state.counters["median_ms"] = percentile(milliseconds, 0.5);
-        state.counters["p90_ms"] = percentile(milliseconds, 0.9);
-    }
+    reportTimings(state, milliseconds, false);
     setTransmitFace(nullptr);
     mdlMain::resetSession();
 }
