@@ -1,4 +1,4 @@
-#include "support/DatabaseFixture.h"
+#include "support/SampleProgramFixture.h"
 #include "support/TvrxProgram.h"
 
 #include <QJsonArray>
@@ -14,15 +14,7 @@ using test::runTvrx;
 // a plan of every layout. The texts themselves are checked byte for byte in tests/claims;
 // here the command's plumbing: the layouts chosen, the boxes, --hex, --json, and that what
 // build prints, explain reads back.
-class ClaimCommandsTest : public test::DatabaseFixture {
-protected:
-    void SetUp() override {
-        DatabaseFixture::SetUp();
-        if (IsSkipped() || HasFatalFailure()) return;
-        if (!test::programBuilt()) GTEST_SKIP() << "the command-line host is not built";
-        ASSERT_EQ(runTvrx({"init", "--db", connectionString(), "--sample"}).exitCode, 0);
-    }
-};
+class ClaimCommandsTest : public test::SampleProgramFixture {};
 
 TEST_P(ClaimCommandsTest, BuildsEveryLayoutOfTheSample) {
     const QString url = connectionString();

@@ -1,5 +1,5 @@
 #include "prescription/clsPrescription.h"
-#include "support/DatabaseFixture.h"
+#include "support/SampleProgramFixture.h"
 #include "support/TvrxProgram.h"
 
 #include <QJsonArray>
@@ -14,15 +14,7 @@ using test::runTvrx;
 // "tvrx show", "tvrx plan add" and "tvrx log rx" over the sample pharmacy, whose fill 2 is
 // the first refill of prescription 100001, carries a paid answer and two logged changes.
 // The lookups of the plan directory itself are tested with fixture plans in tests/records.
-class SampleCommandsTest : public test::DatabaseFixture {
-protected:
-    void SetUp() override {
-        DatabaseFixture::SetUp();
-        if (IsSkipped() || HasFatalFailure()) return;
-        if (!test::programBuilt()) GTEST_SKIP() << "the command-line host is not built";
-        ASSERT_EQ(runTvrx({"init", "--db", connectionString(), "--sample"}).exitCode, 0);
-    }
-};
+class SampleCommandsTest : public test::SampleProgramFixture {};
 
 TEST_P(SampleCommandsTest, ShowsTheRecordsAsTheyReadAndAddsPlans) {
     const QString url = connectionString();

@@ -1,4 +1,4 @@
-#include "support/DatabaseFixture.h"
+#include "support/SampleProgramFixture.h"
 #include "support/TvrxProgram.h"
 
 #include <QFile>
@@ -7,11 +7,9 @@
 namespace tvrx {
 namespace {
 
-class ScreenCommandTest : public test::DatabaseFixture {};
+class ScreenCommandTest : public test::SampleProgramFixture {};
 
 TEST_P(ScreenCommandTest, ScreensFillsAndKeepsTheirImages) {
-    if (!test::programBuilt()) GTEST_SKIP() << "the command-line host is not built";
-    ASSERT_EQ(test::runTvrx({"init", "--db", connectionString(), "--sample"}).exitCode, 0);
     QTemporaryDir folder;
     QFile scan(folder.filePath(QStringLiteral("scan.png")));
     ASSERT_TRUE(scan.open(QIODevice::WriteOnly));
