@@ -8,22 +8,22 @@ namespace {
 
 using Align = DocumentTable::Align;
 
-DocumentTable::Column columnOf(QString spec) {
-    spec = conv::Trim(spec);
-    while (spec.startsWith(u'+')) spec.remove(0, 1);
+DocumentTable::Column columnOf(QString columnFormat) {
+    columnFormat = conv::Trim(columnFormat);
+    while (columnFormat.startsWith(u'+')) columnFormat.remove(0, 1);
     DocumentTable::Column column;
     static const QList<std::pair<QChar, Align>> marks{
         {u'<', Align::Left}, {u'^', Align::Centre}, {u'>', Align::Right}};
     for (const auto& [mark, align] : marks) {
-        if (!spec.startsWith(mark)) continue;
+        if (!columnFormat.startsWith(mark)) continue;
         column.align = align;
-        spec.remove(0, 1);
+        columnFormat.remove(0, 1);
         break;
     }
     // The width's leading digits; a width beyond a billion twips is no width.
     qsizetype digits = 0;
-    while (digits < spec.size() && spec[digits].isDigit()) ++digits;
-    column.width = digits <= 9 ? spec.left(digits).toInt() : 0;
+    while (digits < columnFormat.size() && columnFormat[digits].isDigit()) ++digits;
+    column.width = digits <= 9 ? columnFormat.left(digits).toInt() : 0;
     return column;
 }
 
@@ -46,9 +46,10 @@ QList<QStringList> rowsOf(const QString& text, qsizetype columnCount) {
 DocumentTable DocumentTable::parse(const QString& format, const QString& header,
                                    const QString& body, qint32 headerShade, qint32 bodyShade) {
     DocumentTable table;
-    const QString specs = format.section(u';', 0, 0);
-    if (!specs.isEmpty()) {
-        for (const QString& spec : specs.split(u'|')) table.columns.append(columnOf(spec));
+    const QString columnFormats = format.section(u';', 0, 0);
+    if (!columnFormats.isEmpty()) {
+        for (const QString& columnFormat : columnFormats.split(u'|'))
+            table.columns.append(columnOf(columnFormat));
     }
     table.header = rowsOf(header, table.columns.size());
     table.body = rowsOf(body, table.columns.size());

@@ -9,11 +9,11 @@ namespace tvrx {
 
 // A table of a page document, read from the three texts a report hands over:
 //
-//     format  "+1500|+1100|+^2500|+>1600;"   a column spec per column, "|" between, ";" at the end
-//     header  "Plan|BIN|PCN|Group #;"          rows of cells, "|" between cells, ";" after a row
-//     body    "PRMARY|610014|MEDDPRIME|A1;"
+//     format  "+1500|+1100|+^2500|+>1600;"   a column format per column, "|" between, ";" at the
+//     end header  "Plan|BIN|PCN|Group #;"          rows of cells, "|" between cells, ";" after a
+//     row body    "PRMARY|610014|MEDDPRIME|A1;"
 //
-// A column spec is an optional "+" (which changes nothing), then "<" left (the default),
+// A column format is an optional "+" (which changes nothing), then "<" left (the default),
 // "^" centred or ">" right, then the width in twips. A row's cells beyond the columns are
 // dropped and missing ones are empty. Columns keep their widths: a table wider than the
 // text runs into the right margin and is never narrowed.
